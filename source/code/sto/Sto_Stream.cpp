@@ -1,0 +1,172 @@
+#include "sto/Sto_Stream.h"
+
+#include <limits>
+
+#include "library/Lib_Report.h"
+
+namespace Trel::Sto {
+
+namespace {
+
+// Where a walk draws its packets from: the pages of an XCom file.
+class PageSource {
+ public:
+  PageSource(Stream& stream, LogicalXCom& reader) : stream_(stream), reader_(reader) {}
+
+  // Draws the next packet and reads on as long as there is none; a hole reads on like a lack. False
+  // at the end of the data.
+  bool next() {
+    while (reader_.decoder().packet_out(packet_) <= 0) {
+      if (reader_.do_gobble(Stream::kReadSize) == 0) return false;
+    }
+    return true;
+  }
+  void seek() {
+    stream_.xcom_seek_packet(packet_.packet, size(), static_cast<long long>(packet_.packetno));
+  }
+  void decode() {
+    stream_.xcom_decode_packet(packet_.packet, size(), static_cast<long long>(packet_.packetno));
+  }
+  void rewind() { reader_.rewind(); }
+  void enable() { reader_.enable(); }
+  void disable() { reader_.disable(); }
+
+ private:
+  [[nodiscard]] unsigned int size() const { return static_cast<unsigned int>(packet_.bytes); }
+
+  Stream& stream_;
+  LogicalXCom& reader_;
+  ogg_packet packet_{};
+};
+
+}  // namespace
+
+Stream::Stream(Enum::TRANSPORT_TYPE transport, Enum::CODEC_TYPE type, unsigned int serial)
+    : trans(transport),
+      codec(type),
+      serial_id(serial),
+      target(std::numeric_limits<nano_t>::max()) {}
+
+Stream::~Stream() = default;
+
+std::string Stream::codec_identifier() const {
+  return std::string("[Trel-") + Enum::GetString(codec) + "]";
+}
+
+std::string Stream::obtain_group_tag_from_meta() const {
+  const Com::Meta* grouping = meta.find_aux_header("{Trel-Grouping}");
+  return grouping == nullptr ? std::string() : grouping->get("Grouping");
+}
+
+void Stream::set_group_tag() {
+  const std::string group = obtain_group_tag_from_meta();
+  group_tag = (group.empty() ? "" : group + " ") + std::to_string(resource_id);
+}
+
+void Stream::query_stream(StreamLeaf& leaf) const {
+  leaf.stream_id = stream_id;
+  leaf.serial_id = serial_id;
+  leaf.group_id = group_id;
+  leaf.group_tag = group_tag;
+  leaf.codec = codec;
+  leaf.captured = captured;
+  leaf.configured = configured;
+  leaf.storable = storable;
+  leaf.start = storable ? static_cast<nano_t>(get_start()) : 0;
+  leaf.end = storable ? static_cast<nano_t>(get_end()) : 0;
+}
+
+bool Stream::test_indexer(nano_t t) const {
+  TREL_ASSERT(is_storable(), "sto/Sto_Stream");
+  return indexer >= t;
+}
+
+void Stream::cache_indexer(const Lib::VariableExt<long long>& now, long long location) {
+  indexer_flags = now.get_flags();
+  if (!indexer_flags.good()) return;
+  if (now.get() != indexer) location_previous = location_current;
+  location_current = location;
+  indexer = now.get();
+}
+
+template <class Source>
+void Stream::init_walk(Source& source, nano_t t) {
+  const bool back = t < target;
+  if (back) {
+    set_good(false);
+    rewind();
+    source.rewind();
+  }
+  source.enable();
+  if (!back) return;
+  if (source.next()) {
+    source.seek();
+    set_good(true);
+  }
+  target = indexer;
+}
+
+template <class Source>
+bool Stream::seek_walk(Source& source, nano_t t) {
+  bool found = false;
+  while (good && !found) {
+    if (test_indexer(t)) {
+      found = true;
+    } else if (source.next()) {
+      source.seek();
+    } else {
+      set_good(false);
+      source.disable();
+    }
+  }
+  target = t;
+  return found;
+}
+
+template <class Source>
+bool Stream::decode_walk(Source& source, nano_t t) {
+  if (!storable) return false;
+  bool found = test_indexer(t);
+  while (!found && source.next()) {
+    source.decode();
+    found = test_indexer(t);
+  }
+  target = t;
+  return found;
+}
+
+bool Stream::do_init_ogg(nano_t t) {
+  TREL_ASSERT(logical_xcom, "sto/Sto_Stream");
+  if (!storable) return false;
+  PageSource source(*this, *logical_xcom);
+  init_walk(source, t);
+  return true;
+}
+
+bool Stream::do_seek_ogg(nano_t t) {
+  PageSource source(*this, *logical_xcom);
+  return seek_walk(source, t);
+}
+
+bool Stream::do_decode_ogg(nano_t t) {
+  PageSource source(*this, *logical_xcom);
+  return decode_walk(source, t);
+}
+
+bool Stream::do_init(nano_t t) {
+  return trans == Enum::TRANSPORT_TYPE_OGG && do_init_ogg(t);
+}
+
+bool Stream::do_seek(nano_t t) {
+  return trans == Enum::TRANSPORT_TYPE_OGG && do_seek_ogg(t);
+}
+
+bool Stream::do_decode(nano_t t) {
+  return trans == Enum::TRANSPORT_TYPE_OGG && do_decode_ogg(t);
+}
+
+void Stream::do_tidy() {
+  if (trans == Enum::TRANSPORT_TYPE_OGG && logical_xcom) logical_xcom->disable();
+}
+
+}  // namespace Trel::Sto

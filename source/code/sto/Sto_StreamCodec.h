@@ -1,0 +1,140 @@
+// What all concrete streams share: a codec, the elements asked for in each mode, the tables they
+// come from, and the first and last good data of the stream.
+//
+// Codec decodes packets into its live record, CData(); Data is that record's type, a plain value;
+// A is the access table of the stream's kind, which also knows
+// where the time stands in a record. A name is looked up in the table that all streams of
+// the kind share and then in the stream's own, which describes what its headers brought along.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "sto/Sto_Element.h"
+#include "sto/Sto_Stream.h"
+
+namespace Trel::Sto {
+
+template <class Codec, class Data, class A>
+class StreamCodec : public Stream {
+ public:
+  void query_measurements(std::vector<DynamicNode>& measurements) const override {
+    const auto append = [&](const auto& row) { measurements.push_back(row.describe()); };
+    A::shared().for_each_row(append);
+    access.for_each_row(append);
+  }
+
+  [[nodiscard]] Result get_start() const override { return result_of(A::time_of(data_start)); }
+  [[nodiscard]] Result get_end() const override { return result_of(A::time_of(data_end)); }
+  [[nodiscard]] Result get_start(const std::string& element) const override {
+    return result_of(element, data_start);
+  }
+  [[nodiscard]] Result get_end(const std::string& element) const override {
+    return result_of(element, data_end);
+  }
+
+#define TREL_DEFINE(kind, K)                                                           \
+  bool add_element_##kind(unsigned int mode, unsigned int place, unsigned int index,   \
+                          const std::string& name) override {                          \
+    return add_element_of<K>(mode, place, index, name);                                \
+  }                                                                                    \
+  [[nodiscard]] bool hit_element_##kind(unsigned int mode, const std::string& name)    \
+      const override {                                                                 \
+    return systems[mode].template hit_element<K>(name);                                \
+  }                                                                                    \
+  bool use_element_##kind(StoreLeaf& leaf, ValueText<typename K::value_type>& fn,      \
+                          unsigned int mode, const std::string& name) const override { \
+    return systems[mode].template use_element<K>(leaf, fn, name, getStreamId());       \
+  }                                                                                    \
+  [[nodiscard]] StoreLeaf sum_element_##kind(unsigned int mode) const override {       \
+    return systems[mode].template sum_element<K>(getStreamId());                       \
+  }
+  TREL_ELEMENT_KINDS(TREL_DEFINE)
+#undef TREL_DEFINE
+
+  void let_system(unsigned int) override {}
+  void pop_system(unsigned int mode, unsigned int store, Datum& datum) const override {
+    systems[mode].var1(store, datum, codec.CData());
+  }
+  void exp_system(unsigned int mode, unsigned int count) override {
+    systems[mode].expand(count);
+  }
+  void clr_system(unsigned int mode) override {
+    systems[mode].clear();
+  }
+
+ protected:
+  static constexpr unsigned int kModes = 3;
+
+  template <class... Arguments>
+  StreamCodec(Enum::TRANSPORT_TYPE transport, Enum::CODEC_TYPE type, unsigned int serial,
+              Arguments&&... arguments)
+      : Stream(transport, type, serial), codec(std::forward<Arguments>(arguments)...) {
+    for (unsigned int mode = 0; mode < kModes; ++mode) systems.emplace_back(mode);
+  }
+
+  // Notes what the scan of the file has found out, as a header of the stream's own.
+  Com::Meta& append_scan_header() {
+    Com::Meta header("{Trel-StreamScan}", true);
+    header.set("StreamCodec", Enum::GetString(getCodec()));
+    return meta.append_aux_header(header);
+  }
+
+  Codec codec;
+  std::vector<System<A>> systems;
+  A access;
+  Data data_start;
+  Data data_end;
+
+ private:
+  template <class K>
+  [[nodiscard]] const typename A::template Row<K>* find_row(const std::string& name) const {
+    const auto* row = A::shared().template find<K>(name);
+    return row != nullptr ? row : access.template find<K>(name);
+  }
+
+  template <class K>
+  bool add_element_of(unsigned int mode, unsigned int place, unsigned int index,
+                      const std::string& name) {
+    if (!is_storable()) return false;
+    const auto* row = find_row<K>(name);
+    if (row == nullptr) return false;
+    systems[mode].template add_element<K>(*row, place, index);
+    return true;
+  }
+
+  template <Lib::ElementType T>
+  static Result result_of(const Lib::VariableExt<T>& variable) {
+    Result result;
+    result = variable.get();
+    result.set_nano(variable.get_nano());
+    result.set_flags(variable.get_flags());
+    return result;
+  }
+
+  // The first entry stands for an array.
+  template <Lib::ElementType T>
+  static Result result_of(const Lib::VarArrayExt<T>& variable) {
+    Result result;
+    if (variable.size() == 0) return result;
+    result = variable.get_data(0);
+    result.set_nano(variable.get_nano(0));
+    result.set_flags(variable.get_flags(0));
+    return result;
+  }
+
+  [[nodiscard]] Result result_of(const std::string& element, const Data& data) const {
+    Result result;
+    first_kind([&]<class K>(std::type_identity<K>) {
+      if constexpr (requires(const typename A::template Row<K>& row) { row.fetch(data); }) {
+        const auto* row = find_row<K>(element);
+        if (row != nullptr) result = result_of(row->fetch(data));
+        return row != nullptr;
+      }
+      return false;
+    });
+    return result;
+  }
+};
+
+}  // namespace Trel::Sto
