@@ -2,9 +2,16 @@
 
 namespace Trel::Sto {
 
+namespace {
+
+const AccessUCom kShared(true);
+
+}  // namespace
+
+AccessUCom::AccessUCom(bool) {}
+
 const AccessUCom& AccessUCom::shared() {
-  static const AccessUCom table;
-  return table;
+  return kShared;
 }
 
 }  // namespace Trel::Sto

@@ -25,7 +25,10 @@ class AccessUComRow : public AccessRow<K> {
 
 class AccessUCom : public AccessTable<AccessUComRow> {
  public:
-  // The table that every UCom stream shares; it is empty.
+  // Empty either way: nothing is built in.
+  explicit AccessUCom(bool built_in);
+
+  // The table that all UCom streams share. It is built before main and stays empty.
   static const AccessUCom& shared();
 
   // The time of a data record.

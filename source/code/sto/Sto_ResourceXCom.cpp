@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 
+#include "sto/Sto_StreamCan.h"
 #include "sto/Sto_StreamUCom.h"
 
 namespace Trel::Sto {
@@ -30,6 +31,7 @@ std::string tag_of(Enum::CODEC_TYPE codec) {
 const auto& stream_kinds() {
   static const std::array kinds = {
       StreamKind{tag_of(Enum::CODEC_TYPE_UCOM), make_stream<StreamUCom>},
+      StreamKind{tag_of(Enum::CODEC_TYPE_CAN), make_stream<StreamCan>},
   };
   return kinds;
 }

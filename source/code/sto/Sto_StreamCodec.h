@@ -69,7 +69,9 @@ class StreamCodec : public Stream {
   template <class... Arguments>
   StreamCodec(Enum::TRANSPORT_TYPE transport, Enum::CODEC_TYPE type, unsigned int serial,
               Arguments&&... arguments)
-      : Stream(transport, type, serial), codec(std::forward<Arguments>(arguments)...) {
+      : Stream(transport, type, serial),
+        codec(std::forward<Arguments>(arguments)...),
+        access(false) {
     for (unsigned int mode = 0; mode < kModes; ++mode) systems.emplace_back(mode);
   }
 

@@ -1,0 +1,83 @@
+// The group of signals that are sent together in one packet.
+//
+// Messages refer to signals and are referred to by them; both belong to the database and live as
+// long as it does.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "ucom/UCom_Basic.h"
+
+namespace Trel::UCom {
+
+class Message;
+class RecursiveMessages;
+class Signal;
+
+// The signals that one or several messages list: those that inherit their list share it.
+class SignalList {
+ public:
+  // Adds a signal that is not known yet.
+  void insert(sid_t sid) { signals_.emplace(sid, nullptr); }
+
+  // Enters `message` as one that has this list. The first call also looks the signals up in
+  // `signals`, tells them, and removes those that are not there.
+  void connect(Message& message, const std::map<sid_t, std::unique_ptr<Signal>>& signals);
+
+  // Null pointers until the list is connected.
+  [[nodiscard]] const std::map<sid_t, Signal*>& get_signals() const { return signals_; }
+  // The connected signals in ascending order of sid.
+  [[nodiscard]] std::span<const Signal* const> get_sequence() const { return sequence_; }
+  // Bytes of message data that converting the signals can touch.
+  [[nodiscard]] std::uint32_t get_reach() const { return reach_; }
+  [[nodiscard]] const std::map<mid_t, Message*>& get_messages() const { return messages_; }
+
+ private:
+  void resolve(const std::map<sid_t, std::unique_ptr<Signal>>& signals);
+
+  std::map<sid_t, Signal*> signals_;
+  std::vector<const Signal*> sequence_;
+  std::uint32_t reach_ = 0;
+  std::map<mid_t, Message*> messages_;
+};
+
+class Message {
+ public:
+  explicit Message(const MessageBasic& basic) : mid(basic.mid) {}
+  Message(const Message&) = delete;
+  Message& operator=(const Message&) = delete;
+
+  // Reads name, comment and the list of signals. Always true.
+  bool parse(RecursiveMessages& lookup);
+  // Binds the list, which parse() has read, to the signals of the database.
+  void connect(const std::map<sid_t, std::unique_ptr<Signal>>& signals);
+
+  void set_mix(mix_t value) { mix = value; }
+
+  [[nodiscard]] mid_t get_mid() const { return mid; }
+  // The index among the messages that have signals; mix_t_inv for one without.
+  [[nodiscard]] mix_t get_mix() const { return mix; }
+  [[nodiscard]] const std::string& get_name() const { return *name; }
+  [[nodiscard]] const std::string& get_comment() const { return *comment; }
+  [[nodiscard]] const std::map<sid_t, Signal*>& get_signals() const { return list_->get_signals(); }
+  [[nodiscard]] std::span<const Signal* const> get_sequence() const {
+    return list_->get_sequence();
+  }
+  [[nodiscard]] std::uint32_t get_reach() const { return list_->get_reach(); }
+
+ private:
+  using Text = std::shared_ptr<const std::string>;
+
+  mid_t mid;
+  mix_t mix = mix_t_inv;
+  std::shared_ptr<SignalList> list_ = std::make_shared<SignalList>();
+  Text name = std::make_shared<const std::string>();
+  Text comment = name;
+};
+
+}  // namespace Trel::UCom

@@ -1,0 +1,60 @@
+// Signals of fixed bit and measurement type, and the choice among them.
+//
+// A pair of types exists only if no value of the bit type is lost in the measurement type: 44 do.
+#pragma once
+
+#include <memory>
+#include <type_traits>
+
+#include "ucom/UCom_Extract.h"
+#include "ucom/UCom_Signal.h"
+
+namespace Trel::UCom {
+
+// Whether a SignalX<B, M> exists.
+template <Lib::ElementType B, Lib::ElementType M>
+[[nodiscard]] consteval bool is_pair() {
+  if (std::is_same_v<B, M>) return true;
+  if (std::is_same_v<B, bool> || std::is_same_v<M, bool>) return false;
+  if (std::is_floating_point_v<B>) return std::is_same_v<B, float> && std::is_same_v<M, double>;
+  if (std::is_floating_point_v<M>) return std::is_same_v<M, double> || sizeof(B) <= 4;
+  return sizeof(M) > sizeof(B) && (std::is_signed_v<M> || std::is_unsigned_v<B>);
+}
+
+// The longest field that M holds without loss. A signal whose types are the same has no limit.
+template <Lib::ElementType M>
+inline constexpr std::uint32_t kFieldBits = std::is_same_v<M, float>    ? 24
+                                            : std::is_same_v<M, double> ? 53
+                                                                        : ~std::uint32_t{0};
+
+template <Lib::ElementType B, Lib::ElementType M>
+class SignalX final : public SignalM<M> {
+ public:
+  static_assert(is_pair<B, M>());
+
+  using SignalM<M>::SignalM;
+
+  [[nodiscard]] M convert(const unsigned char* bytes) const override {
+    const B raw = extract<B>(bytes + this->byte_first, this->shift_left, this->shift_right);
+    if constexpr (std::is_same_v<M, bool>) {
+      return raw;
+    } else if constexpr (std::is_integral_v<M>) {
+      using Wide = unsigned long long;
+      return static_cast<M>(static_cast<Wide>(raw) * static_cast<Wide>(this->scale) +
+                            static_cast<Wide>(this->offset));
+    } else {
+      return static_cast<M>(raw) * this->scale + this->offset;
+    }
+  }
+
+  void convert(Lib::VariableExt<M>& variable, const Lib::StampExt& stamp,
+               const unsigned char* bytes) const override {
+    variable.set(SignalX::convert(bytes), stamp);
+  }
+};
+
+// The signal for the pair of types in `basic`; null if that does not exist or the field is too long
+// for the measurement type.
+[[nodiscard]] std::unique_ptr<Signal> make_signal(const SignalBasic& basic);
+
+}  // namespace Trel::UCom
