@@ -1,0 +1,200 @@
+// The pieces of the hot path by themselves: pages, packets, signals, frames, casts and lines.
+//
+// Rates are given per item: a packet, a signal, a field or a line.
+#include <benchmark/benchmark.h>
+
+#include <iomanip>
+#include <sstream>
+#include <vector>
+
+#include "can/Can_Codec.h"
+#include "com/Com_XComStream.h"
+#include "library/Lib_Cast.h"
+#include "library/Lib_Dynamic.h"
+#include "support/Support_Dbu.h"
+#include "support/Support_Packet.h"
+#include "support/Support_Page.h"
+#include "support/Support_Recording.h"
+#include "ucom/UCom_Codec.h"
+
+namespace {
+
+using namespace Trel;
+using Support::Bytes;
+
+void count_items(benchmark::State& state, std::size_t per_round) {
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * per_round));
+}
+
+// Payload pages of one stream, `packets` packets of 100 bytes each.
+std::vector<Bytes> payload_pages(std::size_t packets) {
+  std::vector<Bytes> pages;
+  Support::Recording recording(
+      [&](std::span<const unsigned char> page) { pages.emplace_back(page.begin(), page.end()); });
+  auto& stream = recording.stream(1).codec("UCom").bytes_per_page(4096);
+  const Bytes packet(100, 7);
+  for (std::size_t n = 0; n < packets; ++n) stream.packet(packet);
+  recording.finish();
+  return pages;
+}
+
+// Page by page through the stream decoder, each packet drawn.
+void BM_pages_to_packets(benchmark::State& state) {
+  const std::vector<Bytes> pages = payload_pages(10000);
+  std::size_t packets = 0;
+  for (auto _ : state) {
+    Com::XComStreamDec decoder(1, false);
+    decoder.capture();
+    for (const Bytes& bytes : pages) {
+      auto* data = const_cast<unsigned char*>(bytes.data());
+      const long header = 27 + data[26];
+      ogg_page page{data, header, data + header, static_cast<long>(bytes.size()) - header};
+      decoder.decode_page(page);
+      ogg_packet packet;
+      while (decoder.packet_out(packet) > 0) ++packets;
+    }
+  }
+  benchmark::DoNotOptimize(packets);
+  state.SetItemsProcessed(static_cast<std::int64_t>(packets));
+}
+BENCHMARK(BM_pages_to_packets);
+
+// A message of a time and 200 signals of one type.
+struct Message {
+  Message(const char* type, unsigned int bits, const char* measured, const nlohmann::json& scale)
+      : codec(false), packet(1) {
+    Support::Dbu::Ids ids{1};
+    for (std::uint64_t n = 0; n < kSignals; ++n) ids.push_back(n + 2);
+    Support::Dbu dbu;
+    dbu.message(1, ids).signal(1).name("Nano").type("S", 64).at(0);
+    for (unsigned int n = 0; n < kSignals; ++n) {
+      dbu.signal(n + 2)
+          .name("S" + std::to_string(n))
+          .type(type, bits)
+          .at(64 + n * bits)
+          .measured(measured)
+          .scale(scale);
+      packet.bits(64 + n * bits, bits, n);
+    }
+    codec.configure(dbu.json(), false);
+  }
+
+  static constexpr unsigned int kSignals = 200;
+  UCom::Codec codec;
+  Support::UComPacket packet;
+};
+
+void decode_message(benchmark::State& state, Message message) {
+  const Bytes& bytes = message.packet.bytes();
+  for (auto _ : state) {
+    message.codec.decode(bytes.data(), bytes.size());
+    benchmark::ClobberMemory();
+  }
+  count_items(state, Message::kSignals);
+}
+
+void BM_signals_scaled_16_bit(benchmark::State& state) {
+  decode_message(state, Message("S", 16, "R64", 0.01));
+}
+BENCHMARK(BM_signals_scaled_16_bit);
+
+void BM_signals_unaligned_12_bit(benchmark::State& state) {
+  decode_message(state, Message("U", 12, "U32", 3));
+}
+BENCHMARK(BM_signals_unaligned_12_bit);
+
+void BM_signals_64_bit_real(benchmark::State& state) {
+  decode_message(state, Message("R", 64, "R64", 1.0));
+}
+BENCHMARK(BM_signals_64_bit_real);
+
+// A frame of eight signals of a byte each, in the byte order given.
+std::string dbc_text(char order) {
+  std::ostringstream text;
+  text << "BO_ 5 Frame: 8 Node\n";
+  for (int n = 0; n < 8; ++n) {
+    const int start = order == '1' ? 8 * n : 8 * n + 7;
+    text << " SG_ S" << n << " : " << start << "|8@" << order << "+ (0.5,1) [0|0] \"\" Node\n";
+  }
+  return text.str();
+}
+
+// 60 records of that frame behind a time.
+Bytes can_packet() {
+  Bytes packet(8 + 60 * 16);
+  cast_int64_to_8_byte_LE(packet.data(), 1400000000000000000);
+  for (std::size_t at = 8; at < packet.size(); at += 16) {
+    packet[at] = 0x80;
+    packet[at + 4] = 5;
+    for (std::size_t k = 8; k < 16; ++k) packet[at + k] = static_cast<unsigned char>(k);
+  }
+  return packet;
+}
+
+void decode_frames(benchmark::State& state, char order) {
+  const std::string text = dbc_text(order);
+  Can::Codec codec;
+  codec.configure({reinterpret_cast<const unsigned char*>(text.data()), text.size()}, false);
+  const Bytes packet = can_packet();
+  for (auto _ : state) {
+    codec.decode(packet.data(), packet.size());
+    benchmark::ClobberMemory();
+  }
+  count_items(state, 60 * 8);
+}
+
+void BM_can_signals_little_endian(benchmark::State& state) {
+  decode_frames(state, '1');
+}
+BENCHMARK(BM_can_signals_little_endian);
+
+void BM_can_signals_big_endian(benchmark::State& state) {
+  decode_frames(state, '0');
+}
+BENCHMARK(BM_can_signals_big_endian);
+
+// The same frames unpacked by hand, for comparison.
+void BM_can_signals_by_hand(benchmark::State& state) {
+  const Bytes packet = can_packet();
+  double values[8] = {};
+  for (auto _ : state) {
+    for (std::size_t at = 8; at < packet.size(); at += 16) {
+      if (cast_4_byte_LE_to_uint32(&packet[at + 4]) != 5) continue;
+      for (std::size_t k = 0; k < 8; ++k) values[k] = packet[at + 8 + k] * 0.5 + 1;
+    }
+    benchmark::DoNotOptimize(values);
+    benchmark::ClobberMemory();
+  }
+  count_items(state, 60 * 8);
+}
+BENCHMARK(BM_can_signals_by_hand);
+
+// The signed 24-bit fields of a navigation packet, one behind the other.
+void BM_cast_24_bit_fields(benchmark::State& state) {
+  const Bytes bytes(24 * 1024, 0x9A);
+  for (auto _ : state) {
+    long long sum = 0;
+    for (std::size_t at = 0; at < bytes.size(); at += 3) {
+      sum += cast_3_byte_LE_to_int32(&bytes[at]);
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+  count_items(state, bytes.size() / 3);
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+}
+BENCHMARK(BM_cast_24_bit_fields);
+
+// A line as the program writes it, without the file.
+void BM_write_line(benchmark::State& state) {
+  std::ostringstream out;
+  for (auto _ : state) {
+    out.str({});
+    out << 1381234567000000000 << ";" << std::fixed << std::setprecision(12) << 51.123456789012
+        << ";" << -1.123456789012 << ";" << std::setprecision(3) << 110.25F << std::endl;
+    benchmark::DoNotOptimize(out);
+  }
+  count_items(state, 1);
+}
+BENCHMARK(BM_write_line);
+
+}  // namespace
