@@ -87,14 +87,9 @@ void Codec::rewind(bool flag) {
     nano_off_ = prescan_.nano_off;
   } else {
     prescan_.state = kIdle;
-    nano_off_.invalidate();
   }
   if (!flag) return;
-  if (is_set(prescan_.first)) {
-    com_data_.DMain().Set_Nano(time_prediction(prescan_.first));
-  } else {
-    com_data_.DMain().Hit_Nano().setInvalid();
-  }
+  if (is_set(prescan_.first)) com_data_.DMain().Set_Nano(time_prediction(prescan_.first));
   timings_compute();
 }
 
@@ -137,7 +132,6 @@ void Codec::conclude_prescan() {
 void Codec::decode_regular(const unsigned char* bytes, std::size_t size) {
   if (bytes == nullptr || size < kTimeSize) return;
   const long long time = time_prediction(cast_8_byte_LE_to_int64(bytes));
-  com_data_.DMain().Hit_Nano().wipe();
   com_data_.DMain().Set_Nano(time);
   timings_compute();
 

@@ -51,7 +51,6 @@ bool read_quoted(std::string_view text, std::string_view& quoted) {
 struct SignalGroup {
   std::vector<Signal*> signals;
   std::string_view comment;
-  bool has_comment = false;
 };
 using SignalGroups = std::unordered_map<std::string_view, SignalGroup>;
 
@@ -81,7 +80,8 @@ bool Instance::add_signal(Signal signal) {
 }
 
 void Instance::parse_node(std::string_view line) {
-  nodes_ = trim(line.substr(std::min(line.find(':'), line.size() - 1) + 1));
+  const std::size_t colon = line.find(':');
+  nodes_ = colon == std::string_view::npos ? std::string_view() : trim(line.substr(colon + 1));
 }
 
 Message* Instance::get_message_by_mid(unsigned int mid) const {
@@ -154,14 +154,12 @@ void Dbc::parse_comments(std::string_view text) {
       SignalGroups& by_name = groups[mid];
       if (const auto found = by_name.find(name); found != by_name.end()) {
         found->second.comment = comment;
-        found->second.has_comment = true;
       }
     }
   });
 
   for (auto& [mid, by_name] : groups) {
     for (auto& [name, group] : by_name) {
-      if (!group.has_comment) continue;
       const auto shared = std::make_shared<const std::string>(group.comment);
       for (Signal* const signal : group.signals) signal->set_comment(shared);
     }

@@ -71,7 +71,7 @@ class Field {
     little_endian_ = little_endian;
     is_signed_ = is_signed;
     mask_ = bit_length < 64 ? (1ULL << bit_length) - 1 : ~0ULL;
-    const bool extends = is_signed && bit_length > 1 && bit_length <= 64;
+    const bool extends = is_signed && bit_length > 1 && bit_length < 64;
     sign_bit_ = extends ? 1ULL << (bit_length - 1) : 0;
   }
 

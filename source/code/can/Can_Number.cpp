@@ -31,12 +31,11 @@ bool read_unsigned(const Decimal& number, unsigned long long& value) {
   return true;
 }
 
-// What a stream gathers for a real number: sign, digits with at most one point, and after a digit
-// an exponent. An exponent without digits is gathered too, and makes the reading fail.
+// What a stream gathers for a real number: a sign, digits with at most one point, and an exponent,
+// which makes the reading fail when it has no digits.
 std::string_view gather_real(std::string_view text) {
   std::size_t at = 0;
   bool point = false;
-  bool digits = false;
   bool exponent = false;
   const auto skip_sign = [&] {
     if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
@@ -44,17 +43,13 @@ std::string_view gather_real(std::string_view text) {
   skip_sign();
   while (at < text.size()) {
     const char next = text[at];
-    if (is_digit(next)) {
-      digits = true;
-    } else if (next == '.' && !point && !exponent) {
-      point = true;
-    } else if ((next == 'e' || next == 'E') && digits && !exponent) {
-      exponent = true;
-    } else {
-      break;
-    }
+    const bool starts_exponent = (next == 'e' || next == 'E') && !exponent;
+    const bool is_point = next == '.' && !point && !exponent;
+    if (!is_digit(next) && !is_point && !starts_exponent) break;
+    point = point || is_point;
+    exponent = exponent || starts_exponent;
     ++at;
-    if (next == 'e' || next == 'E') skip_sign();
+    if (starts_exponent) skip_sign();
   }
   return text.substr(0, at);
 }

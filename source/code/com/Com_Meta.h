@@ -55,8 +55,9 @@ class Meta {
   bool get(const std::string& key, std::string& value) const;
   // The value, empty when the key is missing.
   [[nodiscard]] std::string get(const std::string& key) const;
-  // The number that the value starts with. False, with `value` 0, when the key is missing or its
-  // text starts with no number that fits.
+  // The number that the value starts with, read as the standard library's streams read an unsigned
+  // one: blanks ahead are passed over, and a minus sign wraps. False, with `value` 0, when the key
+  // is missing or its text starts with no number that fits.
   bool get(const std::string& key, unsigned int& value) const;
 
   // The delimiters of the tag, '?' in both when none was recognised.

@@ -214,10 +214,9 @@ inline void cast_float_to_4_byte(unsigned char* p, float value) {
     return Trel::Lib::to_ufix<bits>(value);                                      \
   }
 #define TREL_CAST_FIX_PAIR(type, a, b) TREL_CAST_FIX(type, a) TREL_CAST_FIX(type, b)
-#define TREL_CAST_FIX_WIDTHS(type)                                  \
-  TREL_CAST_FIX_PAIR(type, 8, 16)                                   \
-  TREL_CAST_FIX_PAIR(type, 24, 32) TREL_CAST_FIX_PAIR(type, 40, 48) \
-      TREL_CAST_FIX_PAIR(type, 56, 64)
+#define TREL_CAST_FIX_WIDTHS(type) \
+  TREL_CAST_FIX_PAIR(type, 8, 16)  \
+  TREL_CAST_FIX_PAIR(type, 24, 32) TREL_CAST_FIX_PAIR(type, 40, 48) TREL_CAST_FIX_PAIR(type, 56, 64)
 TREL_CAST_FIX_WIDTHS(int8)
 TREL_CAST_FIX_WIDTHS(int16)
 TREL_CAST_FIX_WIDTHS(int32)

@@ -10,7 +10,7 @@ namespace Trel::Lib {
 
 int position_code(const EcefPosition* xyz) {
   if (xyz == nullptr) return kNullPointer;
-  return std::isfinite(std::hypot(xyz->x, xyz->y, xyz->z)) ? kSuccess : kOutOfRange;
+  return std::isfinite(length({xyz->x, xyz->y, xyz->z})) ? kSuccess : kOutOfRange;
 }
 
 int latitude_code(double lat) {
@@ -205,7 +205,7 @@ int direction_code(SatelliteDirection* direction, const GeodeticPosition& llh,
                    const EcefPosition& receiver, const EcefPosition& satellite) {
   const Vector3 line = {satellite.x - receiver.x, satellite.y - receiver.y,
                         satellite.z - receiver.z};
-  const double distance = std::hypot(line[0], line[1], line[2]);
+  const double distance = length(line);
   if (!std::isfinite(distance) || distance == 0) return kOutOfRange;
   const Vector3 ned = multiply(ned_rotation(llh.lat, llh.lon), line);
   const double level = std::hypot(ned[0], ned[1]);

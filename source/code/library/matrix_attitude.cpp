@@ -165,7 +165,7 @@ int cartesian2sphericalRV(RealMatrix* r, const RealMatrix* v) {
     const double level = std::hypot(p[0], p[1]);
     const double azimuth = level > 0 ? std::atan2(p[1], p[0]) : 0;
     const double elevation = std::atan2(p[2], level);
-    return Vector3{std::hypot(p[0], p[1], p[2]), azimuth, elevation};
+    return Vector3{length(p), azimuth, elevation};
   });
 }
 

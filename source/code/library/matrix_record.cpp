@@ -38,10 +38,10 @@ int MatAllocC(CroutMatrix* c, int size) {
   if (c == nullptr) return refuse(kNullPointer, TREL_HERE);
   *c = CroutMatrix{};
   if (size <= 0) return refuse(kOutOfRange, TREL_HERE);
-  const std::size_t count = static_cast<std::size_t>(size);
+  const auto count = static_cast<std::size_t>(size);
   double* data = allocate_elements(count, count);
   if (data == nullptr) return refuse(kAllocationFailed, TREL_HERE, kNoMatrix);
-  int* pivots = static_cast<int*>(std::calloc(count, sizeof(int)));
+  auto* pivots = static_cast<int*>(std::calloc(count, sizeof(int)));
   if (pivots == nullptr) {
     std::free(data);
     return refuse(kAllocationFailed, TREL_HERE, kNoMatrix);
@@ -193,7 +193,8 @@ int Mat2double(double* values, int count, const RealMatrix* a) {
   if (static_cast<long long>(a->rows) * a->cols > count) {
     return refuse(kInsufficientSpace, TREL_HERE);
   }
-  RealMatrix array{values, 0, 0, a->rows, a->cols};
+  RealMatrix array;
+  MatAssignR(&array, values, a->rows, a->cols);
   Result result(&array, a->rows, a->cols, {Extent(*a)});
   if (result.code() != kSuccess) return refuse(result.code(), TREL_HERE, result.text());
   fill(result, a->rows, a->cols, plain(*a));

@@ -92,7 +92,7 @@ Extent::Extent(const CroutMatrix& c)
     : Extent(c.data, static_cast<std::size_t>(c.size) * static_cast<std::size_t>(c.size)) {}
 
 bool Extent::overlaps(const Extent& other) const {
-  const std::less<const double*> before;
+  const std::less<> before;
   return before(begin, other.end) && before(other.begin, end);
 }
 
@@ -169,6 +169,14 @@ int store(RealMatrix* r, const Matrix3& matrix) {
   if (result.code() != kSuccess) return result.code();
   fill(result, 3, 3, [&](int i, int j) { return matrix[i][j]; });
   return result.commit();
+}
+
+double length(const Vector3& v) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  // A hypotenuse of three need not show that one of them is not a number.
+  if (!all_finite(v[0], v[1], v[2])) return kInfinity;
+  const double value = std::hypot(v[0], v[1], v[2]);
+  return std::isfinite(value) ? value : kInfinity;
 }
 
 Vector3 cross(const Vector3& a, const Vector3& b) {

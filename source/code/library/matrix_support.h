@@ -162,6 +162,8 @@ int load(Matrix3& matrix, const RealMatrix* a);
 int store(RealMatrix* r, const Vector3& vector);
 int store(RealMatrix* r, const Matrix3& matrix);
 
+// The length of a vector; infinite when that, or an element, is not finite.
+double length(const Vector3& v);
 Vector3 cross(const Vector3& a, const Vector3& b);
 Vector3 multiply(const Matrix3& a, const Vector3& b);
 

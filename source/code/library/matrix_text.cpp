@@ -177,7 +177,7 @@ bool write_rows(std::FILE* file, const Operand& a) {
   std::array<char, 32> letters;
   for (int i = 0; i < a.rows; ++i) {
     for (int j = 0; j < a.cols; ++j) {
-      const auto end = std::to_chars(letters.data(), letters.data() + letters.size(), a(i, j)).ptr;
+      auto* const end = std::to_chars(letters.data(), letters.data() + letters.size(), a(i, j)).ptr;
       if (j > 0) std::fputc(' ', file);
       std::fwrite(letters.data(), 1, static_cast<std::size_t>(end - letters.data()), file);
     }
@@ -197,9 +197,9 @@ int write_file(const char* path, const Operand& a) {
 // Right-aligned in 16 characters.
 void print_number(std::FILE* out, double value) {
   std::array<char, 32> letters;
-  const auto end = std::to_chars(letters.data(), letters.data() + letters.size(), value,
-                                 std::chars_format::general, 8)
-                       .ptr;
+  auto* const end = std::to_chars(letters.data(), letters.data() + letters.size(), value,
+                                  std::chars_format::general, 8)
+                        .ptr;
   std::fprintf(out, "%16.*s", static_cast<int>(end - letters.data()), letters.data());
 }
 
@@ -208,14 +208,6 @@ void print_rows(std::FILE* out, const Operand& a) {
     for (int j = 0; j < a.cols; ++j) print_number(out, a(i, j));
     std::fputc('\n', out);
   }
-}
-
-// The code with which a record is refused for printing: one with nothing in use is shown as
-// nothing.
-template <class Record>
-int printable_code(const Record* record, bool empty, const std::FILE* out) {
-  if (out == nullptr) return kNullPointer;
-  return empty ? kSuccess : shape_code(record);
 }
 
 int printed(std::FILE* out) {
@@ -239,27 +231,30 @@ int MatDWrite(const DiagonalMatrix* d, const char* path) {
 }
 
 int MatPrint(const RealMatrix* a, std::FILE* out) {
-  const bool empty = a != nullptr && a->rows == 0 && a->cols == 0;
-  if (const int code = printable_code(a, empty, out)) return refuse(code, TREL_HERE);
+  if (a == nullptr || out == nullptr) return refuse(kNullPointer, TREL_HERE);
+  if (a->rows == 0 && a->cols == 0) return kSuccess;
+  if (const int code = shape_code(a)) return refuse(code, TREL_HERE);
   print_rows(out, plain(*a));
   const int code = printed(out);
   return code == kSuccess ? kSuccess : refuse(code, TREL_HERE);
 }
 
 int MatCPrint(const CroutMatrix* c, std::FILE* out) {
-  const bool empty = c != nullptr && c->size == 0;
-  if (const int code = printable_code(c, empty, out)) return refuse(code, TREL_HERE);
+  if (c == nullptr || out == nullptr) return refuse(kNullPointer, TREL_HERE);
+  if (c->size == 0) return kSuccess;
+  if (const int code = shape_code(c)) return refuse(code, TREL_HERE);
   print_rows(out, Operand{c->data, c->size, c->size, c->size, 1});
   for (int k = 0; k < c->size; ++k) std::fprintf(out, "%16d", c->pivots[k]);
-  if (!empty) std::fputc('\n', out);
+  std::fputc('\n', out);
   const int code = printed(out);
   return code == kSuccess ? kSuccess : refuse(code, TREL_HERE);
 }
 
 int MatDPrint(const DiagonalMatrix* d, std::FILE* out) {
-  const bool empty = d != nullptr && d->size == 0;
-  if (const int code = printable_code(d, empty, out)) return refuse(code, TREL_HERE);
-  if (!empty) print_rows(out, Operand{d->data, 1, d->size, d->size, 1});
+  if (d == nullptr || out == nullptr) return refuse(kNullPointer, TREL_HERE);
+  if (d->size == 0) return kSuccess;
+  if (const int code = shape_code(d)) return refuse(code, TREL_HERE);
+  print_rows(out, Operand{d->data, 1, d->size, d->size, 1});
   const int code = printed(out);
   return code == kSuccess ? kSuccess : refuse(code, TREL_HERE);
 }

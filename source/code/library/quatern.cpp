@@ -52,7 +52,7 @@ Matrix3 rotation(const Quaternion& q) {
 
 // Of the two quaternions of the rotation, the one with the smaller angle counts.
 Vector3 rotation_vector(const Quaternion& q) {
-  const double sine = std::hypot(q.x, q.y, q.z);
+  const double sine = length({q.x, q.y, q.z});
   if (sine == 0) return {0, 0, 0};
   const double angle = 2 * std::atan2(sine, std::fabs(q.w));
   const double scale = std::copysign(angle / sine, q.w);
@@ -60,7 +60,7 @@ Vector3 rotation_vector(const Quaternion& q) {
 }
 
 Quaternion from_rotation_vector(const Vector3& v) {
-  const double angle = std::hypot(v[0], v[1], v[2]);
+  const double angle = length(v);
   const double scale = angle > 0 ? std::sin(angle / 2) / angle : 0.5;
   return {std::cos(angle / 2), scale * v[0], scale * v[1], scale * v[2]};
 }
@@ -68,7 +68,7 @@ Quaternion from_rotation_vector(const Vector3& v) {
 // The rotation that `rate` makes within `time`; the code with which they are refused.
 int from_rate(Quaternion& q, const Vector3& rate, double time) {
   const Vector3 whole = {rate[0] * time, rate[1] * time, rate[2] * time};
-  if (!std::isfinite(time) || !std::isfinite(std::hypot(whole[0], whole[1], whole[2]))) {
+  if (!std::isfinite(time) || !std::isfinite(length(whole))) {
     return kOutOfRange;
   }
   q = from_rotation_vector(whole);

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "library/Lib_Variable.h"

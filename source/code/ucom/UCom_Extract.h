@@ -41,12 +41,13 @@ template <Lib::ElementType B>
   const auto low = Lib::load_bytes<Bits<B>, kBytes, Lib::ByteOrder::LE>(p);
   if constexpr (kBytes == 8) {
     const std::uint64_t high = p[8];
-    const std::uint64_t top = left < 64 ? high << left | low >> (64 - left) : low << (left - 64);
+    const std::uint64_t top =
+        left < 64 ? (high << left) | (low >> (64 - left)) : low << (left - 64);
     return shift_down<B>(top, right - 64);
   } else {
     using Word = std::conditional_t<kBytes == 1, std::uint16_t,
                                     std::conditional_t<kBytes == 2, std::uint32_t, std::uint64_t>>;
-    const auto wide = std::uint64_t{p[kBytes]} << (8 * kBytes) | low;
+    const auto wide = (std::uint64_t{p[kBytes]} << (8 * kBytes)) | low;
     return static_cast<Bits<B>>(shift_down<B>(static_cast<Word>(wide << left), right));
   }
 }
@@ -55,7 +56,7 @@ template <Lib::ElementType B>
 template <Lib::ElementType B>
 [[nodiscard]] constexpr B extract(const unsigned char* p, std::uint32_t left, std::uint32_t right) {
   if constexpr (std::is_same_v<B, bool>) {
-    return (p[0] << left & 0xFF) >> right != 0;
+    return ((p[0] << left) & 0xFF) >> right != 0;
   } else if constexpr (std::is_floating_point_v<B>) {
     return std::bit_cast<B>(extract_bits<B>(p, left, right));
   } else {

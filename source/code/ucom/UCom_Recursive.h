@@ -37,6 +37,10 @@ class Recursive {
     const Entry* parent = nullptr;  // null also when "IP" is no number
   };
 
+  Recursive() = default;
+  Recursive(const Recursive&) = delete;
+  Recursive& operator=(const Recursive&) = delete;
+
   // Takes the objects of `array` whose "ID" is an unsigned integer, and passes over its other
   // members. Of several with one "ID" the first stays.
   void import(const Json& array);

@@ -1,0 +1,151 @@
+// Writes the first corpora of the fuzz targets: make_seeds FOLDER
+//
+// One folder per target below FOLDER, each with a few small inputs made by the recording builder.
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "support/Support_Damage.h"
+#include "support/Support_Packet.h"
+#include "support/Support_Recording.h"
+
+namespace {
+
+using namespace Trel::Support;
+namespace fs = std::filesystem;
+
+void seed(const fs::path& folder, const std::string& target, const std::string& name,
+          const Bytes& bytes) {
+  fs::create_directories(folder / target);
+  write_file(folder / target / ("seed-" + name), bytes);
+}
+
+// A 16-bit size and so many bytes, as the targets cut their input.
+Bytes part(const Bytes& bytes) {
+  return join(
+      {{static_cast<unsigned char>(bytes.size()), static_cast<unsigned char>(bytes.size() >> 8)},
+       bytes});
+}
+
+Dbu database() {
+  return Dbu()
+      .message(1, {1, 2, 3, 4, 5})
+      .message(2, {6, 7})
+      .signal(1)
+      .name("Nano")
+      .type("S", 64)
+      .at(0)
+      .signal(2)
+      .name("GnssInt1_Latitude")
+      .type("R", 64)
+      .at(64)
+      .unit("deg")
+      .signal(3)
+      .name("GnssInt1_Longitude")
+      .type("R", 64)
+      .at(128)
+      .signal(4)
+      .name("GnssInt1_Altitude")
+      .type("R", 32)
+      .at(192)
+      .signal(5)
+      .name("Brake")
+      .type("B")
+      .at(227)
+      .signal(6)
+      .name("Speed")
+      .type("U", 12)
+      .at(4)
+      .measured("R32")
+      .scale(0.01)
+      .offset(-3)
+      .signal(7)
+      .inherits(6)
+      .at(16)
+      .name("Turn")
+      .type("S", 16)
+      .measured("S32");
+}
+
+const char* const kDbc =
+    "VERSION \"1\"\n\nBU_: Engine Brake\n\n"
+    "BO_ 291 Motion: 8 Engine\n"
+    " SG_ Speed : 0|16@1+ (0.01,0) [0|655.35] \"km/h\" Brake\n"
+    " SG_ Torque : 23|12@0- (1,-100) [-100|400] \"Nm\" Brake\n"
+    " SG_ Mode M : 40|4@1+ (1,0) [0|15] \"\" Vector__XXX\n"
+    " SG_ Detail m3 : 44|20@1+ (1,0) [0|0] \"\" Vector__XXX\n\n"
+    "CM_ BO_ 291 \"How it moves\";\nCM_ SG_ 291 Speed \"Over ground\";\n";
+
+Bytes can_packet(std::int64_t nano) {
+  UComPacket packet(0);  // its two bytes are taken off again
+  packet.integer(0, 64, nano).bits(68, 4, 8).bits(96, 32, 291).bits(128, 64, 0x123456789ABCDEF0);
+  return remove_bytes(packet.bytes(), 0, 2);
+}
+
+Bytes ucom_packet(int second) {
+  return UComPacket(1)
+      .integer(0, 64, second * 1000000000LL)
+      .real64(64, 51.5)
+      .real64(128, -1.25)
+      .real32(192, 110)
+      .bits(227, 1, 1)
+      .bytes();
+}
+
+// UCom and CAN side by side, with a group, a hole and a footer.
+Bytes recording() {
+  Recording recording;
+  auto& car = recording.stream(7).ucom(database()).grouping("Car");
+  auto& bus = recording.stream(9).codec("Can").dbc(kDbc);
+  for (int second = 1; second <= 12; ++second) {
+    car.packet(ucom_packet(second)).packet(UComPacket(2).bits(0, 32, 0x1234567).bytes());
+    bus.packet(can_packet(second < 4 ? second : 1400000000000000000 + second * 1000000000LL));
+    if (second % 3 == 0) {
+      car.page();
+      bus.page();
+    }
+    if (second == 6) car.hole(2);
+  }
+  car.footer(bytes_of("{Trel-End}why=done"));
+  return recording.bytes();
+}
+
+Bytes spanning_recording() {
+  Recording recording;
+  auto& car = recording.stream(0x80000001).ucom(database()).segments_per_page(1).headers_together();
+  for (int second = 1; second <= 4; ++second) {
+    Bytes packet = ucom_packet(second);
+    packet.resize(600);
+    car.packet(packet);
+  }
+  return recording.finish().bytes();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: make_seeds FOLDER\n");
+    return 2;
+  }
+  const fs::path folder = argv[1];
+  const Bytes recorded = recording();
+  for (const char* target : {"store", "store_raw"}) {
+    seed(folder, target, "two-kinds", recorded);
+    seed(folder, target, "spanning", spanning_recording());
+    seed(folder, target, "cut", cut_end(recorded, recorded.size() / 3));
+  }
+  seed(folder, "decoder", "two-kinds", join({{0, 0}, recorded}));
+  seed(folder, "decoder", "footers-and-rewinds", join({{1, 5}, recorded}));
+  seed(folder, "decoder", "spanning", join({{0, 3}, spanning_recording()}));
+  seed(folder, "meta", "initial", part(bytes_of("[Trel-UCom]\nheaders=2\nName=Car\n")));
+  seed(folder, "meta", "json", part(bytes_of("/x/{\"V\":1,\"M\":[],\"S\":[1,2.5,true,null]}")));
+  seed(folder, "meta", "others", part(bytes_of("(Trel-Can-Dbc)BO_ 1|x|<y>{z}")));
+  seed(folder, "dbu", "database", bytes_of(database().text()));
+  seed(folder, "ucom", "mixed",
+       join({noise(200), part(ucom_packet(1)), part(ucom_packet(2)), part({1, 0, 5})}));
+  seed(folder, "dbc", "database", bytes_of(kDbc));
+  seed(folder, "can", "packets",
+       join({part(can_packet(5)), part(can_packet(6)), part(can_packet(1400000000000000000)),
+             part(can_packet(1400000001000000000)), part(Bytes(12, 1))}));
+}

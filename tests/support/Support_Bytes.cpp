@@ -1,0 +1,41 @@
+#include "support/Support_Bytes.h"
+
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <stdexcept>
+
+namespace Trel::Support {
+
+Bytes bytes_of(std::string_view text) {
+  return Bytes(text.begin(), text.end());
+}
+
+Bytes join(std::initializer_list<Bytes> parts) {
+  Bytes whole;
+  for (const Bytes& part : parts) whole.insert(whole.end(), part.begin(), part.end());
+  return whole;
+}
+
+Bytes noise(std::size_t size, unsigned int seed) {
+  std::mt19937 engine(seed);
+  Bytes result(size);
+  for (unsigned char& byte : result) byte = static_cast<unsigned char>(engine() >> 24);
+  return result;
+}
+
+void write_file(const std::filesystem::path& path, const Bytes& bytes) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  if (!file) throw std::runtime_error("cannot write " + path.string());
+}
+
+Bytes read_file(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw std::runtime_error("cannot read " + path.string());
+  return Bytes(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+}  // namespace Trel::Support

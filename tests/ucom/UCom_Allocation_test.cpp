@@ -1,0 +1,88 @@
+// Counts what is allocated while packets are decoded. The program has an allocator of its own.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <string>
+
+#include "ucom/UCom_TestDocument.h"
+
+namespace {
+std::size_t allocations = 0;
+}  // namespace
+
+void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace Trel::UCom {
+namespace {
+
+// Message 1 has Nano and a signal of every other measurement type, message 2 no time.
+nlohmann::json every_type() {
+  return document(R"({"ID":1,"BS":[1,2,3,4,5,6,7,8,9,10,11]},{"ID":2,"BS":[2,3]})",
+                  R"({"ID":1,"DN":"Nano","BT":"S","BS":64},
+         {"ID":2,"BO":64,"BT":"B"},
+         {"ID":3,"BO":65,"BT":"S","BS":12,"MT":"R32","MS":0.1},
+         {"ID":4,"BO":77,"BT":"U","BS":30,"MT":"R64"},
+         {"ID":5,"BO":107,"BT":"S","BS":5},
+         {"ID":6,"BO":112,"BT":"S","BS":16},
+         {"ID":7,"BO":128,"BT":"S","BS":32},
+         {"ID":8,"BO":160,"BT":"U","BS":8},
+         {"ID":9,"BO":168,"BT":"U","BS":16},
+         {"ID":10,"BO":184,"BT":"U","BS":32},
+         {"ID":11,"BO":216,"BT":"U","BS":64})");
+}
+
+TEST(UComAllocation, the_counter_sees_what_is_allocated) {
+  const std::size_t before = allocations;
+  // Called by its name, it is not optimised away.
+  operator delete(operator new(100));
+  EXPECT_EQ(allocations, before + 1);
+}
+
+TEST(UComAllocation, decoding_allocates_nothing) {
+  Codec codec(true);
+  codec.configure(every_type(), true);
+  const Bytes whole = packet(1, Bytes(64, 0x5A));
+  const Bytes shorter = packet(1, Bytes(10, 0x5A));
+  const Bytes other = packet(2, Bytes(3, 0x5A));
+  const Bytes unknown = packet(999, Bytes(3, 0x5A));
+
+  const std::size_t before = allocations;
+  codec.decode(other.data(), other.size());
+  const bool goes_on = codec.decode(shorter.data(), shorter.size());
+  codec.rewind(true);
+  for (int repeat = 0; repeat < 100; ++repeat) {
+    for (const Bytes* bytes : {&whole, &shorter, &other, &unknown}) {
+      codec.decode(bytes->data(), bytes->size());
+    }
+  }
+  const Lib::VariableExt<long long> nano = codec.Nano();
+  const std::size_t after = allocations;
+
+  EXPECT_EQ(after, before);
+  EXPECT_FALSE(goes_on);
+  EXPECT_EQ(nano.get(), 0x5A5A5A5A5A5A5A5A);
+}
+
+}  // namespace
+}  // namespace Trel::UCom

@@ -1,0 +1,121 @@
+#include "trakgen/Trakgen_Options.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace Trel::Trakgen {
+
+namespace {
+
+bool read_number(std::string_view text, std::uint64_t& number) {
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc{} && stop == end;
+}
+
+using Setter = bool (*)(Options&, const std::string&);
+
+template <std::uint64_t Options::*member, std::uint64_t least, std::uint64_t most>
+bool set_number(Options& options, const std::string& text) {
+  return read_number(text, options.*member) && options.*member >= least && options.*member <= most;
+}
+
+template <std::vector<std::uint64_t> Damage::*member>
+bool add_number(Options& options, const std::string& text) {
+  return read_number(text, (options.damage.*member).emplace_back());
+}
+
+bool set_shape(Options& options, const std::string& text) {
+  constexpr std::array<std::pair<const char*, Shape>, 3> kShapes{
+      {{"drive", Shape::drive}, {"narrow", Shape::narrow}, {"wide", Shape::wide}}};
+  const auto* found = std::find_if(kShapes.begin(), kShapes.end(),
+                                   [&text](const auto& row) { return row.first == text; });
+  if (found == kShapes.end()) return false;
+  options.shape = found->second;
+  return true;
+}
+
+bool set_out(Options& options, const std::string& text) {
+  options.out = text;
+  return !text.empty();
+}
+
+bool add_garbage(Options& options, const std::string& text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string::npos) return false;
+  auto& [offset, size] = options.damage.garbage.emplace_back();
+  return read_number(std::string_view(text).substr(0, colon), offset) &&
+         read_number(std::string_view(text).substr(colon + 1), size) && size <= 1U << 24;
+}
+
+bool set_cut(Options& options, const std::string& text) {
+  return read_number(text, options.damage.cut_bytes);
+}
+
+struct Row {
+  const char* name;
+  const char* argument;
+  Setter set;
+  const char* description;
+};
+
+constexpr Row kRows[] = {
+    {"--out", "FILE", set_out, "the recording to write (drive.xcom)"},
+    {"--seconds", "N", set_number<&Options::seconds, 0, 10'000'000>, "its length (180)"},
+    {"--rate", "N", set_number<&Options::rate, 1, 100'000>,
+     "packets per second of the fast messages (100)"},
+    {"--streams", "N", set_number<&Options::streams, 1, 1000>, "vehicles, one stream each (1)"},
+    {"--shape", "NAME", set_shape, "drive, narrow or wide (drive)"},
+    {"--signals-per-message", "N", set_number<&Options::signals_per_message, 4, 3000>,
+     "time, position and others, in narrow (8) and wide (204)"},
+    {"--packets-per-page", "N", set_number<&Options::packets_per_page, 1, 1'000'000>,
+     "end a page after N packets (no limit)"},
+    {"--page-bytes", "N", set_number<&Options::page_bytes, 0, 1'000'000>,
+     "end a page at N bytes, 0 for no limit (4096)"},
+    {"--seed", "N", set_number<&Options::seed, 0, UINT64_MAX>,
+     "another noise for another number (1)"},
+    {"--drop-page", "N", add_number<&Damage::drop_pages>, "leave out page N"},
+    {"--repeat-page", "N", add_number<&Damage::repeat_pages>, "write page N twice"},
+    {"--swap-pages", "N", add_number<&Damage::swap_pages>, "write page N behind the next one"},
+    {"--flip-bit", "OFFSET", add_number<&Damage::flip_bits>, "turn the lowest bit of that byte"},
+    {"--garbage", "OFFSET:LENGTH", add_garbage, "put noise ahead of that byte"},
+    {"--cut", "BYTES", set_cut, "leave out the last bytes"},
+};
+
+}  // namespace
+
+std::optional<std::string> parse(const std::vector<std::string>& arguments, Options& options) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& name = arguments[i];
+    if (name == "--help" || name == "-h") {
+      options.help = true;
+      continue;
+    }
+    const Row* row = std::find_if(std::begin(kRows), std::end(kRows),
+                                  [&name](const Row& one) { return one.name == name; });
+    if (row == std::end(kRows)) return "unknown option '" + name + "'";
+    if (++i == arguments.size()) return name + " needs " + row->argument;
+    if (!row->set(options, arguments[i])) return name + ": bad value '" + arguments[i] + "'";
+  }
+  return std::nullopt;
+}
+
+std::string help() {
+  std::string text =
+      "Usage: trakgen [option...]\n"
+      "Writes an XCom recording of a drive that never took place. The same options give the same\n"
+      "bytes.\n\n";
+  const auto line = [&text](std::string left, const char* right) {
+    left.resize(std::max<std::size_t>(left.size() + 2, 28), ' ');
+    text += "  " + left + right + "\n";
+  };
+  for (const Row& row : kRows) line(std::string(row.name) + " " + row.argument, row.description);
+  line("--help", "this text");
+  return text +
+         "\nDamage may be asked for several times. Pages count from 0 over all streams, bytes "
+         "from\n"
+         "the start of what is left after pages were dropped, repeated and swapped.\n";
+}
+
+}  // namespace Trel::Trakgen
