@@ -78,17 +78,21 @@ TEST_P(Recordings, gives_the_expected_answer) {
 
   EXPECT_EQ(outcome.exit + "\n", read_file(expected / "expected.exit").value());
   EXPECT_EQ(outcome.out, read_file(expected / "expected.stdout").value());
-  if (const auto err = read_file(expected / "expected.stderr")) EXPECT_EQ(outcome.err, *err);
+  if (const auto err = read_file(expected / "expected.stderr")) {
+    EXPECT_EQ(outcome.err, *err);
+  }
   if (arguments.size() > 1) {
     EXPECT_EQ(folder.read(arguments[1]), read_file(expected / "expected.out"));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scanned, Recordings, testing::ValuesIn(cases()), [](const auto& info) {
-  std::string name = info.param;
+std::string test_name(const testing::TestParamInfo<std::string>& test) {
+  std::string name = test.param;
   std::replace(name.begin(), name.end(), '-', '_');
   return name;
-});
+}
+
+INSTANTIATE_TEST_SUITE_P(Scanned, Recordings, testing::ValuesIn(cases()), test_name);
 
 }  // namespace
 }  // namespace Trel::Test

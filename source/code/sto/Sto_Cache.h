@@ -41,11 +41,11 @@ class Cache {
   TREL_ELEMENT_TYPES(TREL_FORWARD)
 #undef TREL_FORWARD
 
-  // Calls write(datum) under the write lock.
+  // Calls write(datum) under the write lock; no call when the lock is not to be had.
   template <class Lock, class Write>
   void update(Lock lock, Write&& write) {
     Lib::WriteLock guard(mutex_, lock);
-    write(datum_);
+    if (guard) write(datum_);
   }
 
   // Copies what `aspect` selects to its places in `out`, under a read lock. Nothing is copied when

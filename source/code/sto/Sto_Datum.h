@@ -90,7 +90,7 @@ class Datum {
   void get(const AspectStore& aspect, std::vector<Result>& out) const;
 
  private:
-  unsigned long long words_[2] = {0, 0};
+  [[maybe_unused]] unsigned long long words_[2] = {0, 0};
   typename PerType<Array>::type arrays_;
 };
 

@@ -40,7 +40,7 @@ class ElementStore {
   }
 
   void clear() {
-    for_each_kind([this]<class K>(std::type_identity<K>) { elements<K>().clear(); });
+    for_each_kind([this]<class K>(std::type_identity<K>) { this->template elements<K>().clear(); });
   }
 
  private:
@@ -114,6 +114,18 @@ class System {
   }
   TREL_ELEMENT_KINDS(TREL_FORWARD)
 #undef TREL_FORWARD
+
+  // Asks `key` for the group of every element of all stores.
+  template <class Key>
+  void let(Key& key) const {
+    for_each_kind([&]<class K>(std::type_identity<K>) {
+      if constexpr (requires(const Row<K>& row) { row.let(key); }) {
+        for (const ElementStore<A>& store : stores) {
+          for (const Element<A, K>& element : store.template elements<K>()) element.row->let(key);
+        }
+      }
+    });
+  }
 
   // Copies the current value of each of the store's elements from `data` to its place in `datum`.
   template <class Data>

@@ -8,6 +8,9 @@ namespace Trel::Sto {
 
 namespace {
 
+// A grid of more slots is longer than all of time, however narrow they are.
+constexpr unsigned int kMaximumBits = 62;
+
 // A span rounded outward to whole slots.
 struct Grid {
   long long start;
@@ -49,7 +52,8 @@ long long Store::configure(long long start, long long end) {
   if (resolution_ <= 0 || start < 0 || end < 0 || start >= end) return 0;
   start_ = start;
   end_ = end;
-  const unsigned long long sto_points = 1ULL << (bits_ < 62 ? bits_ : 62);
+  if (bits_ > kMaximumBits) return 0;
+  const unsigned long long sto_points = 1ULL << bits_;
   long long new_resolution = resolution_;
   std::optional<Grid> grid = round_outward(start, end, new_resolution);
   for (int round = 0; round < 10 && grid && grid->points > sto_points; ++round) {
@@ -64,10 +68,14 @@ long long Store::configure(long long start, long long end) {
   long long full = 0;
   if (__builtin_mul_overflow(sto_points, new_resolution, &full)) return 0;
   long long new_start = grid->start;
-  const long long used = grid->end - grid->start;
+  long long new_end = grid->end;
+  const long long used = new_end - new_start;
   if (used < full) {
     const long long pad = (full - used) / new_resolution / 2 * new_resolution;
-    if (pad < new_start) new_start -= pad;
+    if (pad < new_start) {
+      new_start -= pad;
+      if (__builtin_add_overflow(new_end, pad, &new_end)) return 0;
+    }
   }
   TREL_ASSERT((new_start / new_resolution) * new_resolution == new_start, "sto/Sto_Retain");
   indexing_ = {new_start, new_resolution};

@@ -93,10 +93,13 @@ class DataStoreImpl {
   // Closes the streams' readers.
   Enum::RETURN_TYPE direct_decode_end();
 
-  // Takes each of the streams to `target` in steps of `step` nanoseconds, reporting progress.
+  // Takes each of the streams to `target` in steps of `step` nanoseconds, which is above 0,
+  // reporting progress.
   Enum::RETURN_TYPE simple_seek(std::vector<Stream*> list, long long target, long long step);
 
  private:
+  friend struct DataStorePeer;  // lets the tests cancel a seek
+
   template <class Lock>
   void direct_decode_inner(long long t, Lock lock);
   void register_streams(Resource& resource, std::vector<unsigned int>& ids);
@@ -140,6 +143,8 @@ class DataStore : public DataStoreImpl {
   Enum::RETURN_TYPE direct_decode_end();
 
  private:
+  friend struct DataStorePeer;  // lets the tests hold the locks
+
   template <class Work>
   Enum::RETURN_TYPE read_guarded(Work&& work) const;
   template <class Work>

@@ -2,9 +2,9 @@
 // come from, and the first and last good data of the stream.
 //
 // Codec decodes packets into its live record, CData(); Data is that record's type, a plain value;
-// A is the access table of the stream's kind, which also knows
-// where the time stands in a record. A name is looked up in the table that all streams of
-// the kind share and then in the stream's own, which describes what its headers brought along.
+// A is the access table of the stream's kind, which also knows where the time stands in a record. A
+// name is looked up in the table that all streams of the kind share and then in the stream's own,
+// which describes what its headers brought along. A mode above 2 throws std::out_of_range.
 #pragma once
 
 #include <string>
@@ -40,27 +40,27 @@ class StreamCodec : public Stream {
   }                                                                                    \
   [[nodiscard]] bool hit_element_##kind(unsigned int mode, const std::string& name)    \
       const override {                                                                 \
-    return systems[mode].template hit_element<K>(name);                                \
+    return systems.at(mode).template hit_element<K>(name);                                \
   }                                                                                    \
   bool use_element_##kind(StoreLeaf& leaf, ValueText<typename K::value_type>& fn,      \
                           unsigned int mode, const std::string& name) const override { \
-    return systems[mode].template use_element<K>(leaf, fn, name, getStreamId());       \
+    return systems.at(mode).template use_element<K>(leaf, fn, name, getStreamId());       \
   }                                                                                    \
   [[nodiscard]] StoreLeaf sum_element_##kind(unsigned int mode) const override {       \
-    return systems[mode].template sum_element<K>(getStreamId());                       \
+    return systems.at(mode).template sum_element<K>(getStreamId());                       \
   }
   TREL_ELEMENT_KINDS(TREL_DEFINE)
 #undef TREL_DEFINE
 
   void let_system(unsigned int) override {}
   void pop_system(unsigned int mode, unsigned int store, Datum& datum) const override {
-    systems[mode].var1(store, datum, codec.CData());
+    systems.at(mode).var1(store, datum, codec.CData());
   }
   void exp_system(unsigned int mode, unsigned int count) override {
-    systems[mode].expand(count);
+    systems.at(mode).expand(count);
   }
   void clr_system(unsigned int mode) override {
-    systems[mode].clear();
+    systems.at(mode).clear();
   }
 
  protected:
@@ -101,7 +101,7 @@ class StreamCodec : public Stream {
     if (!is_storable()) return false;
     const auto* row = find_row<K>(name);
     if (row == nullptr) return false;
-    systems[mode].template add_element<K>(*row, place, index);
+    systems.at(mode).template add_element<K>(*row, place, index);
     return true;
   }
 
