@@ -3,6 +3,7 @@
 // Rates are given per item: a packet, a signal, a field or a line.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <iomanip>
 #include <sstream>
 #include <vector>
@@ -11,7 +12,10 @@
 #include "com/Com_XComStream.h"
 #include "library/Lib_Cast.h"
 #include "library/Lib_Dynamic.h"
+#include "nav/Nav_NComRx.h"
+#include "nav/Nav_Sync.h"
 #include "support/Support_Dbu.h"
+#include "support/Support_NavPacket.h"
 #include "support/Support_Packet.h"
 #include "support/Support_Page.h"
 #include "support/Support_Recording.h"
@@ -183,6 +187,87 @@ void BM_cast_24_bit_fields(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
 }
 BENCHMARK(BM_cast_24_bit_fields);
+
+// A thousand packets of a drive, ten milliseconds apart, with a cycle of slow channels.
+std::vector<Bytes> navigation_packets() {
+  std::vector<Bytes> packets;
+  for (unsigned int n = 0; n < 1000; ++n) {
+    const auto channel = static_cast<unsigned char>(n % 95);
+    packets.push_back(
+        Support::NComPacket()
+            .time_ms(static_cast<std::uint16_t>(n * 10))
+            .status(4)
+            .acceleration(0.5, -0.25, -9.8)
+            .angular_rate(0.01, 0.02, 0.1)
+            .position(0.9 + n * 1e-7, -0.02, 110)
+            .velocity(10, 5, -0.5)
+            .attitude(0.5 + n * 1e-4, 0.02, -0.01)
+            .channel(channel, channel == 0
+                                  ? Support::NComPacket::ChannelData{0, 0x93, 0x5E, 1, 12, 4, 4, 4}
+                                  : Support::NComPacket::ChannelData{1, 0, 2, 0, 3, 0, 0, 8})
+            .bytes());
+  }
+  return packets;
+}
+
+void decode_navigation(benchmark::State& state, bool everything) {
+  const std::vector<Bytes> packets = navigation_packets();
+  Nav::NComCodec codec(false);
+  codec.Key().Reset(everything);
+  codec.Key().KMain().Let_Pos();
+  codec.Key().KMain().Let_Vel();
+  codec.Key().PropagateKeyOr();
+  for (auto _ : state) {
+    for (const Bytes& packet : packets) codec.DecodeBasic(packet.data(), false);
+    benchmark::ClobberMemory();
+  }
+  count_items(state, packets.size());
+}
+
+void BM_ncom_time_position_velocity(benchmark::State& state) {
+  decode_navigation(state, false);
+}
+BENCHMARK(BM_ncom_time_position_velocity);
+
+void BM_ncom_everything(benchmark::State& state) {
+  decode_navigation(state, true);
+}
+BENCHMARK(BM_ncom_everything);
+
+// The sums alone, which is the least that a reader of a raw file has to do.
+void BM_ncom_sums(benchmark::State& state) {
+  const std::vector<Bytes> packets = navigation_packets();
+  for (auto _ : state) {
+    unsigned int good = 0;
+    for (const Bytes& packet : packets) {
+      good += Nav::SyncState::status_ncom(72, packet.data()) == Lib::kPacketGood ? 1 : 0;
+    }
+    benchmark::DoNotOptimize(good);
+  }
+  count_items(state, packets.size());
+}
+BENCHMARK(BM_ncom_sums);
+
+// The same packets through the synchronisation, in reads of 2048 bytes.
+void BM_ncom_synchronisation(benchmark::State& state) {
+  Bytes file;
+  for (const Bytes& packet : navigation_packets()) {
+    file.insert(file.end(), packet.begin(), packet.end());
+  }
+  std::size_t packets = 0;
+  for (auto _ : state) {
+    Nav::SyncState sync;
+    Nav::PacketState packet;
+    for (std::size_t at = 0; at < file.size();) {
+      const std::size_t size = std::min<std::size_t>({2048, sync.space(), file.size() - at});
+      sync.write(&file[at], static_cast<unsigned int>(size));
+      at += size;
+      while (sync.packet_out(packet) != 0) ++packets;
+    }
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(packets));
+}
+BENCHMARK(BM_ncom_synchronisation);
 
 // A line as the program writes it, without the file.
 void BM_write_line(benchmark::State& state) {

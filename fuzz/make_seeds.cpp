@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/Support_Damage.h"
+#include "support/Support_NavPacket.h"
 #include "support/Support_Packet.h"
 #include "support/Support_Recording.h"
 
@@ -110,6 +111,32 @@ Bytes recording() {
   return recording.bytes();
 }
 
+// Packets of a minute's turn, one slow channel after the other.
+template <class Packet>
+Bytes navigation() {
+  Bytes file;
+  for (unsigned int n = 0; n < 100; ++n) {
+    const auto channel = static_cast<unsigned char>(n % 5 == 0 ? 0 : n % 95);
+    const auto packet =
+        Packet()
+            .time_ms(static_cast<std::uint16_t>((59500 + n * 10) % 60000))
+            .status(n % 33 == 32 ? 20
+                    : n < 10     ? 2
+                                 : 4)
+            .acceleration(0.5, -0.25, -9.8)
+            .angular_rate(0.01, 0.02, 0.1)
+            .position(0.9, -0.02, 110)
+            .velocity(10, 5, -0.5)
+            .attitude(0.5, 0.02, -0.01)
+            .channel(channel, channel == 0
+                                  ? typename Packet::ChannelData{0, 0x93, 0x5E, 1, 12, 4, 4, 4}
+                                  : typename Packet::ChannelData{1, 2, 3, 4, 5, 6, 0, 8})
+            .bytes();
+    file.insert(file.end(), packet.begin(), packet.end());
+  }
+  return file;
+}
+
 Bytes spanning_recording() {
   Recording recording;
   auto& car = recording.stream(0x80000001).ucom(database()).segments_per_page(1).headers_together();
@@ -145,6 +172,16 @@ int main(int argc, char* argv[]) {
   seed(folder, "ucom", "mixed",
        join({noise(200), part(ucom_packet(1)), part(ucom_packet(2)), part({1, 0, 5})}));
   seed(folder, "dbc", "database", bytes_of(kDbc));
+  const Bytes raw = navigation<NComPacket>();
+  seed(folder, "store_nav", "drive", raw);
+  seed(folder, "store_nav", "voyage", navigation<MComPacket>());
+  seed(folder, "nav_sync", "drive", join({part(noise(100)), part(raw), part(noise(50))}));
+  Bytes inner;
+  for (std::size_t at = 0; at < raw.size(); at += 72) {
+    inner.insert(inner.end(), raw.begin() + static_cast<std::ptrdiff_t>(at) + 1,
+                 raw.begin() + static_cast<std::ptrdiff_t>(at) + 71);
+  }
+  seed(folder, "nav", "drive", inner);
   seed(folder, "can", "packets",
        join({part(can_packet(5)), part(can_packet(6)), part(can_packet(1400000000000000000)),
              part(can_packet(1400000001000000000)), part(Bytes(12, 1))}));

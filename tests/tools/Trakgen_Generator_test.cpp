@@ -2,15 +2,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 
+#include "Made.h"
 #include "Packets.h"
 #include "support/Support_Damage.h"
 
@@ -20,25 +18,14 @@ namespace {
 using Support::Bytes;
 using Support::Test::packets_of;
 using Support::Test::pages_of;
+using Test::kCanSerial;
+using Test::kNComSerial;
+using Test::kUComSerial;
+using Test::made;
 using testing::Each;
 using testing::ElementsAre;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
-
-constexpr std::uint32_t kFirstSerial = 1001;
-
-Bytes made(std::vector<std::string> arguments) {
-  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  const std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                     ("trakgen-" + std::to_string(getpid()) + "-" + test->name());
-  arguments.insert(arguments.end(), {"--out", path.string()});
-  Options options;
-  EXPECT_EQ(parse(arguments, options), std::nullopt);
-  generate(options);
-  const Bytes bytes = Support::read_file(path);
-  std::filesystem::remove(path);
-  return bytes;
-}
 
 // The arguments of the command that the samples' README gives.
 std::vector<std::string> sample_command() {
@@ -66,17 +53,29 @@ TEST(TrakgenSample, libogg_accepts_every_page_of_it) {
   const auto pages = pages_of(sample);
   EXPECT_EQ(pages.losses, 0);
   std::size_t size = 0;
-  for (std::size_t i = 0; i < pages.images.size(); ++i) {
-    EXPECT_EQ(pages.images[i].number, i);
-    size += pages.images[i].bytes().size();
+  std::map<std::uint32_t, std::uint32_t> numbers;
+  for (const auto& image : pages.images) {
+    EXPECT_EQ(image.number, numbers[image.serial]++);
+    size += image.bytes().size();
   }
   EXPECT_EQ(size, sample.size());
+}
+
+std::set<std::uint32_t> serials_of(const Bytes& bytes) {
+  std::set<std::uint32_t> serials;
+  for (const auto& page : Support::find_pages(bytes)) serials.insert(page.serial);
+  return serials;
+}
+
+TEST(TrakgenSample, it_holds_a_stream_of_each_kind) {
+  const Bytes sample = Support::read_file(TREL_SAMPLES "/drive.xcom");
+  EXPECT_THAT(serials_of(sample), UnorderedElementsAre(kUComSerial, kCanSerial, kNComSerial));
 }
 
 // The database of a recording's first stream.
 nlohmann::json database_of(const Bytes& bytes) {
   const std::string tag = "/Trel-UCom-Dbu/";
-  return nlohmann::json::parse(packets_of(bytes, kFirstSerial).at(1).substr(tag.size()));
+  return nlohmann::json::parse(packets_of(bytes, kUComSerial).at(1).substr(tag.size()));
 }
 
 TEST(Trakgen, a_drive_describes_its_columns_and_some_forty_signals) {
@@ -111,7 +110,7 @@ TEST(Trakgen, the_fields_of_a_message_never_overlap) {
 
 TEST(Trakgen, fast_messages_come_at_the_rate_and_slow_ones_in_between) {
   std::map<int, int> counts;
-  for (const std::string& packet : packets_of(made({"--seconds", "10"}), kFirstSerial)) {
+  for (const std::string& packet : packets_of(made({"--seconds", "10"}), kUComSerial)) {
     ++counts[packet[0]];
   }
   EXPECT_EQ(counts[1], 1000);
@@ -126,7 +125,7 @@ TEST(Trakgen, positions_are_missing_while_the_sky_is_hidden) {
   const Bytes bytes = made({"--seconds", "80", "--rate", "10"});
   int positions = 0;
   int velocities = 0;
-  for (const std::string& packet : packets_of(bytes, kFirstSerial)) {
+  for (const std::string& packet : packets_of(bytes, kUComSerial)) {
     positions += packet[0] == 1;
     velocities += packet[0] == 2;
   }
@@ -141,7 +140,7 @@ TEST(Trakgen, the_same_options_give_the_same_bytes_and_another_seed_others) {
 
 TEST(Trakgen, the_narrow_shape_has_packets_of_100_bytes_and_8_signals) {
   const Bytes bytes = made({"--shape", "narrow", "--seconds", "1"});
-  auto packets = packets_of(bytes, kFirstSerial);
+  auto packets = packets_of(bytes, kUComSerial);
   packets.erase(packets.begin(), packets.begin() + 3);  // headers
   EXPECT_THAT(packets, SizeIs(100));
   EXPECT_THAT(packets, Each(SizeIs(100)));
@@ -155,18 +154,52 @@ TEST(Trakgen, the_wide_shape_has_200_scaled_signals_beside_time_and_position) {
   EXPECT_EQ(database.at("S").back().at("BS"), 16);
   EXPECT_EQ(database.at("S").back().at("MS"), 0.01);
   // number, time, two doubles, a float and 200 fields: 2 + 8 + 16 + 4 + 400
-  EXPECT_THAT(packets_of(bytes, kFirstSerial).back(), SizeIs(430));
+  EXPECT_THAT(packets_of(bytes, kUComSerial).back(), SizeIs(430));
 }
 
 TEST(Trakgen, streams_share_the_file_step_by_step) {
   const Bytes bytes =
       made({"--shape", "narrow", "--streams", "3", "--seconds", "1", "--packets-per-page", "1"});
-  std::set<std::uint32_t> serials;
-  for (const auto& page : Support::find_pages(bytes)) serials.insert(page.serial);
-  EXPECT_THAT(serials, UnorderedElementsAre(1001, 1002, 1003));
+  EXPECT_THAT(serials_of(bytes), UnorderedElementsAre(1001, 1002, 1003));
   const auto pages = Support::find_pages(bytes);
   ASSERT_EQ(pages.size(), 3U * 3U + 300U);
   for (std::size_t i = 9; i < pages.size(); ++i) EXPECT_EQ(pages[i].serial, 1001 + i % 3);
+}
+
+TEST(Trakgen, each_vehicle_of_a_drive_has_a_stream_of_each_kind) {
+  const Bytes bytes = made({"--streams", "2", "--seconds", "1"});
+  EXPECT_THAT(serials_of(bytes), UnorderedElementsAre(1001, 1002, 2001, 2002, 3001, 3002));
+  const auto initial = [&bytes](std::uint32_t serial) { return packets_of(bytes, serial).at(0); };
+  EXPECT_EQ(initial(1002), "[Trel-UCom]\nheaders=2\n");
+  EXPECT_EQ(initial(2002), "[Trel-Can]\nheaders=2\n");
+  EXPECT_EQ(initial(3002), "[Trel-NCom]\nheaders=1\n");
+  for (const auto& [serial, group] : {std::pair{1002U, 2U}, {2002U, 2U}, {3002U, 1U}}) {
+    EXPECT_EQ(packets_of(bytes, serial).at(group), "{Trel-Grouping}\nGrouping=Vehicle 2\n");
+  }
+}
+
+TEST(Trakgen, a_rate_of_0_leaves_a_kind_out_and_the_other_shapes_have_one_alone) {
+  EXPECT_THAT(serials_of(made({"--can-rate", "0", "--seconds", "1"})),
+              UnorderedElementsAre(kUComSerial, kNComSerial));
+  EXPECT_THAT(serials_of(made({"--ncom-rate", "0", "--seconds", "1"})),
+              UnorderedElementsAre(kUComSerial, kCanSerial));
+  for (const char* shape : {"narrow", "wide"}) {
+    EXPECT_THAT(serials_of(made({"--shape", shape, "--seconds", "1"})),
+                UnorderedElementsAre(kUComSerial));
+  }
+}
+
+TEST(Trakgen, streams_of_different_rates_share_the_file_in_the_order_of_time) {
+  const Bytes bytes = made({"--rate", "2", "--can-rate", "10", "--ncom-rate", "5", "--seconds", "1",
+                            "--packets-per-page", "1"});
+  std::vector<std::uint32_t> serials;
+  for (const auto& page : Support::find_pages(bytes)) serials.push_back(page.serial / 1000);
+  serials.erase(serials.begin(), serials.begin() + 3 + 3 + 2);  // headers
+  // five messages at the start and all but the slowest after half a second, a batch of frames every
+  // 0.1 seconds, a packet every 0.2
+  const std::vector<std::uint32_t> expected{1, 1, 1, 1, 1, 2, 3, 2, 2, 3, 2, 2,
+                                            3, 1, 1, 1, 1, 2, 2, 3, 2, 2, 3, 2};
+  EXPECT_EQ(serials, expected);
 }
 
 TEST(Trakgen, pages_hold_as_many_packets_or_bytes_as_asked_for) {

@@ -25,17 +25,41 @@ TEST(TrakgenOptions, without_arguments_it_is_a_drive_of_three_minutes) {
   EXPECT_EQ(options.out, "drive.xcom");
   EXPECT_EQ(options.seconds, 180U);
   EXPECT_EQ(options.rate, 100U);
+  EXPECT_EQ(options.can_rate, 100U);
+  EXPECT_EQ(options.ncom_rate, 100U);
+  EXPECT_EQ(options.mcom_rate, std::nullopt);
+  EXPECT_EQ(options.streams, 1U);
   EXPECT_EQ(options.shape, Shape::drive);
 }
 
 TEST(TrakgenOptions, each_option_sets_its_field) {
-  const Options options =
-      accepted({"--out", "a.xcom", "--seconds", "5", "--rate", "10", "--streams", "3", "--shape",
-                "wide", "--signals-per-message", "50", "--packets-per-page", "7", "--page-bytes",
-                "0", "--seed", "9"});
+  const Options options = accepted({"--out",
+                                    "a.xcom",
+                                    "--seconds",
+                                    "5",
+                                    "--rate",
+                                    "10",
+                                    "--can-rate",
+                                    "20",
+                                    "--ncom-rate",
+                                    "25",
+                                    "--streams",
+                                    "3",
+                                    "--shape",
+                                    "wide",
+                                    "--signals-per-message",
+                                    "50",
+                                    "--packets-per-page",
+                                    "7",
+                                    "--page-bytes",
+                                    "0",
+                                    "--seed",
+                                    "9"});
   EXPECT_EQ(options.out, "a.xcom");
   EXPECT_EQ(options.seconds, 5U);
   EXPECT_EQ(options.rate, 10U);
+  EXPECT_EQ(options.can_rate, 20U);
+  EXPECT_EQ(options.ncom_rate, 25U);
   EXPECT_EQ(options.streams, 3U);
   EXPECT_EQ(options.shape, Shape::wide);
   EXPECT_EQ(options.signals_per_message, 50U);
@@ -70,12 +94,42 @@ TEST(TrakgenOptions, what_is_wrong_is_said) {
   EXPECT_EQ(refusal({"--signals-per-message", "3"}), "--signals-per-message: bad value '3'");
 }
 
+TEST(TrakgenOptions, frames_come_ten_times_a_second_or_never) {
+  EXPECT_EQ(accepted({"--can-rate", "0"}).can_rate, 0U);
+  EXPECT_EQ(accepted({"--can-rate", "10"}).can_rate, 10U);
+  EXPECT_EQ(accepted({"--can-rate", "1000"}).can_rate, 1000U);
+  for (const std::string value : {"1", "9", "1001", "x"}) {
+    EXPECT_EQ(refusal({"--can-rate", value}), "--can-rate: bad value '" + value + "'");
+  }
+}
+
+TEST(TrakgenOptions, navigation_packets_come_on_whole_milliseconds_or_never) {
+  for (const std::string value : {"0", "1", "8", "25", "1000"}) {
+    EXPECT_EQ(accepted({"--ncom-rate", value}).ncom_rate, std::stoull(value));
+    EXPECT_EQ(accepted({"--mcom-rate", value}).mcom_rate, std::stoull(value));
+  }
+  for (const std::string value : {"3", "30", "2000", "x"}) {
+    EXPECT_EQ(refusal({"--ncom-rate", value}), "--ncom-rate: bad value '" + value + "'");
+    EXPECT_EQ(refusal({"--mcom-rate", value}), "--mcom-rate: bad value '" + value + "'");
+  }
+}
+
+TEST(TrakgenOptions, the_extension_makes_a_raw_file) {
+  EXPECT_TRUE(is_raw_file(accepted({"--out", "a/b.ncom"})));
+  EXPECT_FALSE(is_mcom_file(accepted({"--out", "a/b.ncom"})));
+  EXPECT_TRUE(is_raw_file(accepted({"--out", "a/b.mcom"})));
+  EXPECT_TRUE(is_mcom_file(accepted({"--out", "a/b.mcom"})));
+  EXPECT_FALSE(is_raw_file(accepted({"--out", "a/b.xcom"})));
+  EXPECT_FALSE(is_raw_file(accepted({"--out", "ncom"})));
+}
+
 TEST(TrakgenOptions, help_names_every_option) {
   EXPECT_TRUE(accepted({"--help"}).help);
-  for (const char* name : {"--out FILE", "--seconds N", "--rate N", "--streams N", "--shape NAME",
-                           "--signals-per-message N", "--packets-per-page N", "--page-bytes N",
-                           "--seed N", "--drop-page N", "--repeat-page N", "--swap-pages N",
-                           "--flip-bit OFFSET", "--garbage OFFSET:LENGTH", "--cut BYTES"}) {
+  for (const char* name :
+       {"--out FILE", "--seconds N", "--rate N", "--can-rate N", "--ncom-rate N", "--mcom-rate N",
+        "--streams N", "--shape NAME", "--signals-per-message N", "--packets-per-page N",
+        "--page-bytes N", "--seed N", "--drop-page N", "--repeat-page N", "--swap-pages N",
+        "--flip-bit OFFSET", "--garbage OFFSET:LENGTH", "--cut BYTES"}) {
     EXPECT_THAT(help(), HasSubstr(name));
   }
 }

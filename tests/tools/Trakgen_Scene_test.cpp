@@ -48,6 +48,25 @@ TEST(Scene, time_advances_by_the_rate_without_rounding_drift) {
   EXPECT_EQ(scene.at(300'000, 3).nano - start, 100'000'000'000'000);
 }
 
+TEST(Scene, a_moment_reads_the_same_at_every_rate) {
+  const Scene scene(1, 0);
+  // 7.25 seconds
+  const Sample coarse = scene.at(29, 4);
+  const Sample fine = scene.at(725, 100);
+  EXPECT_EQ(coarse.nano, Scene::nano_at(725, 100));
+  EXPECT_EQ(coarse.nano, fine.nano);
+  EXPECT_EQ(coarse.latitude, fine.latitude);
+  EXPECT_EQ(coarse.rate_z, fine.rate_z);
+  EXPECT_EQ(coarse.wheel_front_left, fine.wheel_front_left);
+}
+
+TEST(Scene, the_vehicle_was_switched_on_a_while_ago) {
+  const Scene scene(1, 0);
+  EXPECT_EQ(scene.at(0, 4).since_power_on, 42'000'000'000);
+  EXPECT_EQ(scene.at(29, 4).since_power_on, 49'250'000'000);
+  EXPECT_EQ(scene.at(29, 4).uptime, 49);
+}
+
 TEST(Scene, the_vehicle_stands_drives_and_stands_again) {
   const Scene scene(1, 0);
   EXPECT_EQ(scene.at(3, 1).speed, 0);

@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 
+#include "trakgen/Trakgen_Nav.h"
+
 namespace Trel::Trakgen {
 
 namespace {
@@ -19,6 +21,24 @@ using Setter = bool (*)(Options&, const std::string&);
 template <std::uint64_t Options::*member, std::uint64_t least, std::uint64_t most>
 bool set_number(Options& options, const std::string& text) {
   return read_number(text, options.*member) && options.*member >= least && options.*member <= most;
+}
+
+bool set_can_rate(Options& options, const std::string& text) {
+  constexpr std::uint64_t kLeast = 10;
+  return set_number<&Options::can_rate, 0, 1000>(options, text) &&
+         (options.can_rate == 0 || options.can_rate >= kLeast);
+}
+
+bool read_nav_rate(const std::string& text, std::uint64_t& rate) {
+  return read_number(text, rate) && (rate == 0 || is_nav_rate(rate));
+}
+
+bool set_ncom_rate(Options& options, const std::string& text) {
+  return read_nav_rate(text, options.ncom_rate);
+}
+
+bool set_mcom_rate(Options& options, const std::string& text) {
+  return read_nav_rate(text, options.mcom_rate.emplace());
 }
 
 template <std::vector<std::uint64_t> Damage::*member>
@@ -61,11 +81,17 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-    {"--out", "FILE", set_out, "the recording to write (drive.xcom)"},
+    {"--out", "FILE", set_out,
+     "what to write; NAME.ncom and NAME.mcom make a raw file (drive.xcom)"},
     {"--seconds", "N", set_number<&Options::seconds, 0, 10'000'000>, "its length (180)"},
     {"--rate", "N", set_number<&Options::rate, 1, 100'000>,
-     "packets per second of the fast messages (100)"},
-    {"--streams", "N", set_number<&Options::streams, 1, 1000>, "vehicles, one stream each (1)"},
+     "UCom packets per second of the fast messages (100)"},
+    {"--can-rate", "N", set_can_rate, "CAN batches per second of a drive, 10 or more, or 0 (100)"},
+    {"--ncom-rate", "N", set_ncom_rate,
+     "NCom packets per second of a drive, dividing 1000, or 0 (100)"},
+    {"--mcom-rate", "N", set_mcom_rate, "MCom packets likewise (0; in a raw file 100)"},
+    {"--streams", "N", set_number<&Options::streams, 1, 1000>,
+     "vehicles, one stream of each kind for each (1)"},
     {"--shape", "NAME", set_shape, "drive, narrow or wide (drive)"},
     {"--signals-per-message", "N", set_number<&Options::signals_per_message, 4, 3000>,
      "time, position and others, in narrow (8) and wide (204)"},
@@ -84,6 +110,14 @@ constexpr Row kRows[] = {
 };
 
 }  // namespace
+
+bool is_raw_file(const Options& options) {
+  return options.out.ends_with(".ncom") || is_mcom_file(options);
+}
+
+bool is_mcom_file(const Options& options) {
+  return options.out.ends_with(".mcom");
+}
 
 std::optional<std::string> parse(const std::vector<std::string>& arguments, Options& options) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -104,8 +138,8 @@ std::optional<std::string> parse(const std::vector<std::string>& arguments, Opti
 std::string help() {
   std::string text =
       "Usage: trakgen [option...]\n"
-      "Writes an XCom recording of a drive that never took place. The same options give the same\n"
-      "bytes.\n\n";
+      "Writes an XCom recording of a drive that never took place, or a raw file of its NCom or\n"
+      "MCom packets. The same options give the same bytes.\n\n";
   const auto line = [&text](std::string left, const char* right) {
     left.resize(std::max<std::size_t>(left.size() + 2, 28), ' ');
     text += "  " + left + right + "\n";
@@ -115,7 +149,9 @@ std::string help() {
   return text +
          "\nDamage may be asked for several times. Pages count from 0 over all streams, bytes "
          "from\n"
-         "the start of what is left after pages were dropped, repeated and swapped.\n";
+         "the start of what is left after pages were dropped, repeated and swapped. A raw file "
+         "holds\n"
+         "the packets of the first vehicle's inertial unit, and each of them counts as a page.\n";
 }
 
 }  // namespace Trel::Trakgen

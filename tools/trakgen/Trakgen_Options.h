@@ -10,13 +10,13 @@
 namespace Trel::Trakgen {
 
 enum class Shape {
-  drive,   // a vehicle with some forty signals in five messages of different rates
-  narrow,  // one message of 100 bytes and few signals
-  wide,    // one message of many scaled 16-bit signals
+  drive,   // a UCom stream of some forty signals, a CAN and an NCom stream; MCom when told
+  narrow,  // a UCom stream of one message of 100 bytes and few signals
+  wide,    // a UCom stream of one message of many scaled 16-bit signals
 };
 
 // What is done to the finished pages. Pages are counted from 0 over all streams, bytes from the
-// start of what the page damage left.
+// start of what the page damage left. In a raw file each packet counts as a page.
 struct Damage {
   std::vector<std::uint64_t> drop_pages;
   std::vector<std::uint64_t> repeat_pages;
@@ -30,8 +30,11 @@ struct Options {
   bool help = false;
   std::string out = "drive.xcom";
   std::uint64_t seconds = 180;
-  std::uint64_t rate = 100;  // packets of the fast messages per second
-  std::uint64_t streams = 1;
+  std::uint64_t rate = 100;       // UCom packets of the fast messages per second
+  std::uint64_t can_rate = 100;   // batches of CAN frames per second of a drive; 0: no CAN stream
+  std::uint64_t ncom_rate = 100;  // NCom packets per second of a drive; 0: no NCom stream
+  std::optional<std::uint64_t> mcom_rate;  // the same of MCom; unless told, none but in a raw file
+  std::uint64_t streams = 1;               // vehicles
   Shape shape = Shape::drive;
   std::uint64_t signals_per_message = 0;  // narrow and wide; 0: as many as usual
   std::uint64_t packets_per_page = 0;     // 0: no limit
@@ -39,6 +42,11 @@ struct Options {
   std::uint64_t seed = 1;
   Damage damage;
 };
+
+// Whether options.out names a file of bare packets of either family, or of MCom, as its extension
+// says.
+[[nodiscard]] bool is_raw_file(const Options& options);
+[[nodiscard]] bool is_mcom_file(const Options& options);
 
 // Reads the arguments into `options`. The result is what is wrong with them, if anything.
 [[nodiscard]] std::optional<std::string> parse(const std::vector<std::string>& arguments,

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr std::int64_t kStartNano = 1'400'000'000 * kSecond;
+constexpr int kUptimeAtStart = 42;  // seconds
 constexpr double kGravity = 9.80665;
 constexpr double kWheelTrack = 1.6;
 constexpr double kWheelBase = 2.7;
@@ -125,9 +126,15 @@ DegreeLengths degree_lengths() {
 Scene::Scene(std::uint64_t seed, std::uint64_t vehicle)
     : seed_(seed * 1009 + vehicle), start_(0.07 * static_cast<double>(vehicle)) {}
 
+std::int64_t Scene::nano_at(std::uint64_t index, std::uint64_t rate) {
+  return kStartNano + static_cast<std::int64_t>(index / rate) * kSecond +
+         static_cast<std::int64_t>(index % rate) * kSecond / static_cast<std::int64_t>(rate);
+}
+
 Sample Scene::at(std::uint64_t index, std::uint64_t rate) const {
-  const auto noisy = [this, index](double value, double deviation, std::uint64_t channel) {
-    return value + deviation * noise(seed_, index, channel);
+  const std::int64_t elapsed = nano_at(index, rate) - kStartNano;
+  const auto noisy = [this, elapsed](double value, double deviation, std::uint64_t channel) {
+    return value + deviation * noise(seed_, static_cast<std::uint64_t>(elapsed), channel);
   };
   static const DegreeLengths kDegree = degree_lengths();
   const double seconds = static_cast<double>(index) / static_cast<double>(rate);
@@ -138,8 +145,8 @@ Sample Scene::at(std::uint64_t index, std::uint64_t rate) const {
   const Curve up = sum(kUp, rounds);
 
   Sample s;
-  s.nano = kStartNano + static_cast<std::int64_t>(index / rate) * kSecond +
-           static_cast<std::int64_t>(index % rate) * kSecond / static_cast<std::int64_t>(rate);
+  s.nano = kStartNano + elapsed;
+  s.since_power_on = kUptimeAtStart * kSecond + elapsed;
   const double in_period = seconds - kSkyPeriod * std::floor(seconds / kSkyPeriod);
   s.sky_visible = in_period < kSkyHiddenFrom || in_period >= kSkyHiddenTo;
 
@@ -198,7 +205,7 @@ Sample Scene::at(std::uint64_t index, std::uint64_t rate) const {
   s.valid = s.sky_visible ? 1 : 0;
   s.dilution = s.sky_visible ? 0.9 + 0.3 * sine(seconds / 53) : 25.5;
   s.supply_voltage = noisy(13.8, 0.03, 18);
-  s.uptime = std::floor(seconds) + 42;
+  s.uptime = std::floor(seconds) + kUptimeAtStart;
   s.odometer = 48'731'000 + std::floor(s.distance);
   s.cabin_temperature = 21 + std::floor(3 * sine(seconds / 700));
   s.ignition = 1;

@@ -11,8 +11,9 @@ namespace Trel::Trakgen {
 
 // All that the vehicle's instruments read at one moment. Lengths in metres, angles in degrees.
 struct Sample {
-  std::int64_t nano = 0;    // GPS time, nanoseconds
-  bool sky_visible = true;  // satellite positions are measured
+  std::int64_t nano = 0;            // GPS time, nanoseconds
+  std::int64_t since_power_on = 0;  // nanoseconds
+  bool sky_visible = true;          // satellite positions are measured
 
   double latitude = 0, longitude = 0, altitude = 0, north_accuracy = 0, east_accuracy = 0;
   double velocity_north = 0, velocity_east = 0, velocity_down = 0, speed = 0, distance = 0;
@@ -34,7 +35,9 @@ class Scene {
   // `vehicle` sets off further along the road than the one before it; `seed` selects the noise.
   Scene(std::uint64_t seed, std::uint64_t vehicle);
 
-  // The readings at step `index` of `rate` per second.
+  // The time of step `index` of `rate` per second.
+  [[nodiscard]] static std::int64_t nano_at(std::uint64_t index, std::uint64_t rate);
+  // The readings at that time; the same for any rate that has a step then.
   [[nodiscard]] Sample at(std::uint64_t index, std::uint64_t rate) const;
 
  private:

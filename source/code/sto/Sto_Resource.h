@@ -17,6 +17,12 @@
 
 namespace Trel::Sto {
 
+// Makes a stream of the concrete class S, for the tables of kinds that resources know.
+template <class S>
+std::unique_ptr<Stream> make_stream(Enum::TRANSPORT_TYPE transport, unsigned int serial) {
+  return std::make_unique<S>(transport, serial);
+}
+
 class Resource {
  public:
   // By the page serial number, or the number that a raw resource gives. Never null.

@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "sto/Sto_StreamCan.h"
+#include "sto/Sto_StreamMCom.h"
+#include "sto/Sto_StreamNCom.h"
 #include "sto/Sto_StreamUCom.h"
 
 namespace Trel::Sto {
@@ -16,13 +18,8 @@ constexpr unsigned long long kScanReadSize = 4096;
 // A kind of stream: how its initial page begins, and how it is made.
 struct StreamKind {
   std::string tag;
-  std::unique_ptr<Stream> (*make)(unsigned int serial);
+  std::unique_ptr<Stream> (*make)(Enum::TRANSPORT_TYPE transport, unsigned int serial);
 };
-
-template <class S>
-std::unique_ptr<Stream> make_stream(unsigned int serial) {
-  return std::make_unique<S>(Enum::TRANSPORT_TYPE_OGG, serial);
-}
 
 std::string tag_of(Enum::CODEC_TYPE codec) {
   return std::string("[Trel-") + Enum::GetString(codec) + "]";
@@ -30,6 +27,8 @@ std::string tag_of(Enum::CODEC_TYPE codec) {
 
 const auto& stream_kinds() {
   static const std::array kinds = {
+      StreamKind{tag_of(Enum::CODEC_TYPE_MCOM), make_stream<StreamMCom>},
+      StreamKind{tag_of(Enum::CODEC_TYPE_NCOM), make_stream<StreamNCom>},
       StreamKind{tag_of(Enum::CODEC_TYPE_UCOM), make_stream<StreamUCom>},
       StreamKind{tag_of(Enum::CODEC_TYPE_CAN), make_stream<StreamCan>},
   };
@@ -119,7 +118,7 @@ Stream* ResourceOgg::stream_of(const ogg_page& page) {
     reader->set_file(getName());
     reader->decoder().capture();
     std::unique_ptr<Stream>& stream = streams[serial];
-    stream = kind.make(serial);
+    stream = kind.make(getTrans(), serial);
     stream->set_logical_xcom(std::move(reader));
     return stream.get();
   }

@@ -6,6 +6,7 @@
 
 #include "library/Lib_System.h"
 #include "library/Lib_Timer.h"
+#include "sto/Sto_ResourceNav.h"
 #include "sto/Sto_ResourceXCom.h"
 
 namespace Trel::Sto {
@@ -16,8 +17,10 @@ constexpr long long kSeekStep = 1000000000;
 
 std::unique_ptr<Resource> open_resource(const Options& options, const std::string& path,
                                         Messages* messages) {
-  if (Lib::file_extension(path, true) == ".xcom") {
-    return std::make_unique<ResourceOgg>(options, path, messages);
+  const std::string extension = Lib::file_extension(path, true);
+  if (extension == ".xcom") return std::make_unique<ResourceOgg>(options, path, messages);
+  if (extension == ".ncom" || extension == ".mcom") {
+    return std::make_unique<ResourceNav>(options, path, messages);
   }
   return nullptr;
 }

@@ -39,6 +39,27 @@ class PageSource {
   ogg_packet packet_{};
 };
 
+// Where a walk draws its packets from: a raw navigation file, whose packets have no location.
+class NavSource {
+ public:
+  NavSource(Stream& stream, LogicalNav& reader) : stream_(stream), reader_(reader) {}
+
+  bool next() { return reader_.read_next_packet(); }
+  void seek() { stream_.seek_packet(reader_.payload_data(), size(), 0); }
+  void decode() { stream_.decode_packet(reader_.payload_data(), size(), 0); }
+  void rewind() { reader_.rewind(); }
+  void enable() { reader_.enable(); }
+  void disable() { reader_.disable(); }
+
+ private:
+  [[nodiscard]] unsigned int size() const {
+    return static_cast<unsigned int>(reader_.payload_size());
+  }
+
+  Stream& stream_;
+  LogicalNav& reader_;
+};
+
 }  // namespace
 
 Stream::Stream(Enum::TRANSPORT_TYPE transport, Enum::CODEC_TYPE type, unsigned int serial)
@@ -90,7 +111,7 @@ void Stream::cache_indexer(const Lib::VariableExt<long long>& now, long long loc
 }
 
 template <class Source>
-void Stream::init_walk(Source& source, nano_t t) {
+void Stream::init_walk(Source source, nano_t t) {
   const bool back = t < target;
   if (back) {
     set_good(false);
@@ -107,7 +128,7 @@ void Stream::init_walk(Source& source, nano_t t) {
 }
 
 template <class Source>
-bool Stream::seek_walk(Source& source, nano_t t) {
+bool Stream::seek_walk(Source source, nano_t t) {
   bool found = false;
   while (good && !found) {
     if (test_indexer(t)) {
@@ -124,8 +145,7 @@ bool Stream::seek_walk(Source& source, nano_t t) {
 }
 
 template <class Source>
-bool Stream::decode_walk(Source& source, nano_t t) {
-  if (!storable) return false;
+bool Stream::decode_walk(Source source, nano_t t) {
   bool found = test_indexer(t);
   while (!found && source.next()) {
     source.decode();
@@ -135,37 +155,72 @@ bool Stream::decode_walk(Source& source, nano_t t) {
   return found;
 }
 
+bool Stream::do_init_nav(nano_t t) {
+  if (!storable || !logical_nav) return false;
+  init_walk(NavSource(*this, *logical_nav), t);
+  return true;
+}
+
+bool Stream::do_seek_nav(nano_t t) {
+  return seek_walk(NavSource(*this, *logical_nav), t);
+}
+
+bool Stream::do_decode_nav(nano_t t) {
+  return decode_walk(NavSource(*this, *logical_nav), t);
+}
+
 bool Stream::do_init_ogg(nano_t t) {
   TREL_ASSERT(logical_xcom, "sto/Sto_Stream");
   if (!storable) return false;
-  PageSource source(*this, *logical_xcom);
-  init_walk(source, t);
+  init_walk(PageSource(*this, *logical_xcom), t);
   return true;
 }
 
 bool Stream::do_seek_ogg(nano_t t) {
-  PageSource source(*this, *logical_xcom);
-  return seek_walk(source, t);
+  return seek_walk(PageSource(*this, *logical_xcom), t);
 }
 
 bool Stream::do_decode_ogg(nano_t t) {
-  PageSource source(*this, *logical_xcom);
-  return decode_walk(source, t);
+  return decode_walk(PageSource(*this, *logical_xcom), t);
 }
 
 bool Stream::do_init(nano_t t) {
-  return trans == Enum::TRANSPORT_TYPE_OGG && do_init_ogg(t);
+  switch (trans) {
+    case Enum::TRANSPORT_TYPE_NAV:
+      return do_init_nav(t);
+    case Enum::TRANSPORT_TYPE_OGG:
+      return do_init_ogg(t);
+    default:
+      return false;
+  }
 }
 
 bool Stream::do_seek(nano_t t) {
-  return trans == Enum::TRANSPORT_TYPE_OGG && do_seek_ogg(t);
+  switch (trans) {
+    case Enum::TRANSPORT_TYPE_NAV:
+      return do_seek_nav(t);
+    case Enum::TRANSPORT_TYPE_OGG:
+      return do_seek_ogg(t);
+    default:
+      return false;
+  }
 }
 
 bool Stream::do_decode(nano_t t) {
-  return trans == Enum::TRANSPORT_TYPE_OGG && do_decode_ogg(t);
+  // A stream that is not storable may have no reader.
+  if (!storable) return false;
+  switch (trans) {
+    case Enum::TRANSPORT_TYPE_NAV:
+      return do_decode_nav(t);
+    case Enum::TRANSPORT_TYPE_OGG:
+      return do_decode_ogg(t);
+    default:
+      return false;
+  }
 }
 
 void Stream::do_tidy() {
+  if (trans == Enum::TRANSPORT_TYPE_NAV && logical_nav) logical_nav->disable();
   if (trans == Enum::TRANSPORT_TYPE_OGG && logical_xcom) logical_xcom->disable();
 }
 

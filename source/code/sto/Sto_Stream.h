@@ -13,17 +13,18 @@
 #include "com/Com_Meta.h"
 #include "enum/Enum.h"
 #include "library/Lib_Dynamic.h"
+#include "library/Lib_Time.h"
 #include "library/Lib_Variable.h"
 #include "sto/Sto_Access.h"
 #include "sto/Sto_Datum.h"
 #include "sto/Sto_File.h"
+#include "sto/Sto_FileNav.h"
 #include "sto/Sto_Kind.h"
 #include "sto/Sto_Taxonomy.h"
 
 namespace Trel::Sto {
 
-// Nanoseconds of GPS time since 0h on 1980-01-06.
-using nano_t = long long;
+using Lib::nano_t;
 
 class Stream {
  public:
@@ -195,6 +196,13 @@ class Stream {
   void set_logical_xcom(std::unique_ptr<LogicalXCom> reader) {
     logical_xcom = std::move(reader);
   }
+  // The reader of a raw navigation file; null on another transport, and where no packet was found.
+  [[nodiscard]] LogicalNav* get_logical_nav() {
+    return logical_nav.get();
+  }
+  void set_logical_nav(std::unique_ptr<LogicalNav> reader) {
+    logical_nav = std::move(reader);
+  }
 
   // The tag of the stream's initial header: "[Trel-UCom]" and its like.
   [[nodiscard]] std::string codec_identifier() const;
@@ -223,12 +231,18 @@ class Stream {
   Com::StreamMeta meta;
 
  private:
+  // The export asserts the reader of each stream under its name.
+  friend class ResourceNav;
+
   template <class Source>
-  void init_walk(Source& source, nano_t t);
+  void init_walk(Source source, nano_t t);
   template <class Source>
-  bool seek_walk(Source& source, nano_t t);
+  bool seek_walk(Source source, nano_t t);
   template <class Source>
-  bool decode_walk(Source& source, nano_t t);
+  bool decode_walk(Source source, nano_t t);
+  bool do_init_nav(nano_t t);
+  bool do_seek_nav(nano_t t);
+  bool do_decode_nav(nano_t t);
   bool do_init_ogg(nano_t t);
   bool do_seek_ogg(nano_t t);
   bool do_decode_ogg(nano_t t);
@@ -249,6 +263,7 @@ class Stream {
   long long location_previous = 0;
   long long location_current = 0;
   nano_t target;
+  std::unique_ptr<LogicalNav> logical_nav;
   std::unique_ptr<LogicalXCom> logical_xcom;
 };
 

@@ -1,5 +1,5 @@
-// What all concrete streams share: a codec, the elements asked for in each mode, the tables they
-// come from, and the first and last good data of the stream.
+// What all concrete streams share: a codec and how the passes drive it, the elements asked for in
+// each mode, the tables they come from, and the first and last good data of the stream.
 //
 // Codec decodes packets into its live record, CData(); Data is that record's type, a plain value;
 // A is the access table of the stream's kind, which also knows where the time stands in a record. A
@@ -18,6 +18,69 @@ namespace Trel::Sto {
 template <class Codec, class Data, class A>
 class StreamCodec : public Stream {
  public:
+  bool prescan_packet(const unsigned char* data, unsigned int size) override {
+    return raw_packet(data, size);
+  }
+  bool xcom_prescan_packet(const unsigned char* data, unsigned int size) override {
+    return page_packet(data, size);
+  }
+  bool postscan_packet(const unsigned char* data, unsigned int size) override {
+    raw_packet(data, size);
+    return false;
+  }
+  bool xcom_postscan_packet(const unsigned char* data, unsigned int size) override {
+    page_packet(data, size);
+    return false;
+  }
+  bool seek_packet(const unsigned char* data, unsigned int size, long long location) override {
+    raw_packet(data, size);
+    cache_indexer(location);
+    return false;
+  }
+  bool decode_packet(const unsigned char* data, unsigned int size, long long location) override {
+    raw_packet(data, size);
+    cache_indexer(location);
+    return false;
+  }
+  bool xcom_seek_packet(const unsigned char* data, unsigned int size, long long location) override {
+    page_packet(data, size);
+    cache_indexer(location);
+    return false;
+  }
+  bool xcom_decode_packet(const unsigned char* data, unsigned int size,
+                          long long location) override {
+    page_packet(data, size);
+    cache_indexer(location);
+    return false;
+  }
+
+  void rewind() override {
+    rewind_codec();
+    cache_indexer(0);
+  }
+  void prescan_tidy() override {
+    rewind();
+    if (is_configured()) data_start = codec.CData();
+  }
+  void postscan_tidy() override {
+    if (is_configured()) data_end = codec.CData();
+    rewind();
+    Com::Meta header("{Trel-StreamScan}", true);
+    header.set("StreamCodec", Enum::GetString(getCodec()));
+    note_scan(header);
+    meta.append_aux_header(header);
+    if (A::time_of(codec.CData()).good() && A::time_of(data_start).good() &&
+        A::time_of(data_end).good()) {
+      set_storable();
+    }
+  }
+
+  using Stream::cache_indexer;
+  // Offers the clock the codec's time.
+  void cache_indexer(long long location) {
+    Stream::cache_indexer(A::time_of(codec.CData()), location);
+  }
+
   void query_measurements(std::vector<DynamicNode>& measurements) const override {
     const auto append = [&](const auto& row) { measurements.push_back(row.describe()); };
     A::shared().for_each_row(append);
@@ -40,14 +103,14 @@ class StreamCodec : public Stream {
   }                                                                                    \
   [[nodiscard]] bool hit_element_##kind(unsigned int mode, const std::string& name)    \
       const override {                                                                 \
-    return systems.at(mode).template hit_element<K>(name);                                \
+    return systems.at(mode).template hit_element<K>(name);                             \
   }                                                                                    \
   bool use_element_##kind(StoreLeaf& leaf, ValueText<typename K::value_type>& fn,      \
                           unsigned int mode, const std::string& name) const override { \
-    return systems.at(mode).template use_element<K>(leaf, fn, name, getStreamId());       \
+    return systems.at(mode).template use_element<K>(leaf, fn, name, getStreamId());    \
   }                                                                                    \
   [[nodiscard]] StoreLeaf sum_element_##kind(unsigned int mode) const override {       \
-    return systems.at(mode).template sum_element<K>(getStreamId());                       \
+    return systems.at(mode).template sum_element<K>(getStreamId());                    \
   }
   TREL_ELEMENT_KINDS(TREL_DEFINE)
 #undef TREL_DEFINE
@@ -75,12 +138,14 @@ class StreamCodec : public Stream {
     for (unsigned int mode = 0; mode < kModes; ++mode) systems.emplace_back(mode);
   }
 
-  // Notes what the scan of the file has found out, as a header of the stream's own.
-  Com::Meta& append_scan_header() {
-    Com::Meta header("{Trel-StreamScan}", true);
-    header.set("StreamCodec", Enum::GetString(getCodec()));
-    return meta.append_aux_header(header);
-  }
+  // Decodes one packet, as a raw file has it or as a page has it. True when it completed the
+  // codec's prescan.
+  virtual bool raw_packet(const unsigned char* data, unsigned int size) = 0;
+  virtual bool page_packet(const unsigned char* data, unsigned int size) = 0;
+  // Takes the codec back to the first time.
+  virtual void rewind_codec() = 0;
+  // Adds to the header that keeps what the scans have found out.
+  virtual void note_scan(Com::Meta& /*header*/) {}
 
   Codec codec;
   std::vector<System<A>> systems;

@@ -1,11 +1,11 @@
-#include "trakgen/Trakgen_Shape.h"
+#include "trakgen/Trakgen_UCom.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "support/Support_Dbu.h"
 #include "support/Support_Packet.h"
 #include "trakgen/Trakgen_Wave.h"
 
@@ -85,27 +85,23 @@ constexpr std::size_t kColumns = 3;  // the first rows: the position
 struct Message {
   std::uint64_t id;
   const char* name;
-  std::uint64_t slowness;  // one packet in so many steps at 100 steps per second
+  Cycle cycle;
   bool needs_sky;
 };
 
 constexpr Message kMessages[] = {
-    {1, "Position", 1, true},  {2, "Velocity", 1, false}, {3, "Attitude", 1, false},
-    {4, "Vehicle", 10, false}, {5, "Status", 100, false},
+    {1, "Position", {1}, true},  {2, "Velocity", {1}, false}, {3, "Attitude", {1}, false},
+    {4, "Vehicle", {10}, false}, {5, "Status", {100}, false},
 };
 
 std::uint64_t id_of(std::size_t row) {
   return 10 + row;
 }
 
-std::int64_t raw_of(const Signal& signal, double value) {
-  return static_cast<std::int64_t>(std::floor((value - signal.offset) / signal.scale + 0.5));
-}
-
 void encode(UComPacket& packet, std::uint64_t at, const Signal& signal, const Sample& sample) {
   const double value = sample.*signal.value;
   if (std::string_view(signal.letter) != "R") {
-    packet.integer(at, signal.bits, raw_of(signal, value));
+    packet.integer(at, signal.bits, raw_of(value, signal.scale, signal.offset));
   } else if (signal.bits == 64) {
     packet.real64(at, value);
   } else {
@@ -113,7 +109,7 @@ void encode(UComPacket& packet, std::uint64_t at, const Signal& signal, const Sa
   }
 }
 
-void describe(Dbu& dbu, std::uint64_t id, std::uint64_t at, const Signal& signal) {
+void describe_signal(Dbu& dbu, std::uint64_t id, std::uint64_t at, const Signal& signal) {
   dbu.signal(id).name(signal.name).at(at);
   if (signal.parent != 0) {
     dbu.inherits(signal.parent);
@@ -130,7 +126,27 @@ void describe_nano(Dbu& dbu) {
 
 class DriveShape : public StreamShape {
  public:
-  [[nodiscard]] Dbu database() const override {
+  void describe(Support::RecordingStream& stream) const override { stream.ucom(database()); }
+
+  void packets(std::uint64_t index, std::uint64_t rate, const Sample& sample,
+               const PacketSink& sink) const override {
+    for (const Message& message : kMessages) {
+      if (!message.cycle.is_due(index, rate)) continue;
+      if (message.needs_sky && !sample.sky_visible) continue;
+      UComPacket packet(static_cast<std::uint16_t>(message.id));
+      packet.integer(0, kNanoBits, sample.nano);
+      std::uint64_t at = kNanoBits;
+      for (const Signal& signal : kSignals) {
+        if (signal.message != message.id) continue;
+        encode(packet, at, signal, sample);
+        at += signal.bits;
+      }
+      sink(packet.bytes());
+    }
+  }
+
+ private:
+  [[nodiscard]] static Dbu database() {
     Dbu dbu;
     for (const Message& message : kMessages) {
       Dbu::Ids ids{kNano};
@@ -145,28 +161,10 @@ class DriveShape : public StreamShape {
     std::fill(std::begin(at), std::end(at), kNanoBits);
     for (std::size_t row = 0; row < std::size(kSignals); ++row) {
       const Signal& signal = kSignals[row];
-      describe(dbu, id_of(row), at[signal.message], signal);
+      describe_signal(dbu, id_of(row), at[signal.message], signal);
       at[signal.message] += signal.bits;
     }
     return dbu;
-  }
-
-  void packets(std::uint64_t index, std::uint64_t rate, const Sample& sample,
-               const PacketSink& sink) const override {
-    for (const Message& message : kMessages) {
-      const std::uint64_t steps = std::max<std::uint64_t>(1, message.slowness * rate / 100);
-      if (message.slowness > 1 && index % steps != 0) continue;
-      if (message.needs_sky && !sample.sky_visible) continue;
-      UComPacket packet(static_cast<std::uint16_t>(message.id));
-      packet.integer(0, kNanoBits, sample.nano);
-      std::uint64_t at = kNanoBits;
-      for (const Signal& signal : kSignals) {
-        if (signal.message != message.id) continue;
-        encode(packet, at, signal, sample);
-        at += signal.bits;
-      }
-      sink(packet.bytes());
-    }
   }
 };
 
@@ -176,24 +174,7 @@ class UniformShape : public StreamShape {
   UniformShape(std::uint64_t signals, std::size_t least_size)
       : others_(signals - 1 - kColumns), least_size_(least_size) {}
 
-  [[nodiscard]] Dbu database() const override {
-    Dbu dbu;
-    Dbu::Ids ids{kNano};
-    for (std::uint64_t i = 0; i < kColumns + others_; ++i) ids.push_back(id_of(i));
-    dbu.message(1, ids);
-    describe_nano(dbu);
-    std::uint64_t at = kNanoBits;
-    for (std::size_t row = 0; row < kColumns; ++row) {
-      describe(dbu, id_of(row), at, kSignals[row]);
-      at += kSignals[row].bits;
-    }
-    for (std::uint64_t i = 0; i < others_; ++i) {
-      dbu.signal(id_of(kColumns + i)).name("Channel" + std::to_string(i + 1)).at(at);
-      dbu.type("S", kOtherBits).measured("R64").scale(0.01).unit("V");
-      at += kOtherBits;
-    }
-    return dbu;
-  }
+  void describe(Support::RecordingStream& stream) const override { stream.ucom(database()); }
 
   void packets(std::uint64_t index, std::uint64_t, const Sample& sample,
                const PacketSink& sink) const override {
@@ -214,13 +195,32 @@ class UniformShape : public StreamShape {
  private:
   static constexpr std::uint64_t kOtherBits = 16;
 
+  [[nodiscard]] Dbu database() const {
+    Dbu dbu;
+    Dbu::Ids ids{kNano};
+    for (std::uint64_t i = 0; i < kColumns + others_; ++i) ids.push_back(id_of(i));
+    dbu.message(1, ids);
+    describe_nano(dbu);
+    std::uint64_t at = kNanoBits;
+    for (std::size_t row = 0; row < kColumns; ++row) {
+      describe_signal(dbu, id_of(row), at, kSignals[row]);
+      at += kSignals[row].bits;
+    }
+    for (std::uint64_t i = 0; i < others_; ++i) {
+      dbu.signal(id_of(kColumns + i)).name("Channel" + std::to_string(i + 1)).at(at);
+      dbu.type("S", kOtherBits).measured("R64").scale(0.01).unit("V");
+      at += kOtherBits;
+    }
+    return dbu;
+  }
+
   std::uint64_t others_;
   std::size_t least_size_;
 };
 
 }  // namespace
 
-std::unique_ptr<StreamShape> make_shape(const Options& options) {
+std::unique_ptr<StreamShape> make_ucom_shape(const Options& options) {
   const auto signals = [&options](std::uint64_t usual) {
     return options.signals_per_message == 0 ? usual : options.signals_per_message;
   };

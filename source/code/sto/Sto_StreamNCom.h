@@ -1,0 +1,19 @@
+// A stream of NCom packets: the navigation solution of an inertial unit, and what the unit says of
+// itself in its slow channels.
+#pragma once
+
+#include "nav/Nav_NComRx.h"
+#include "sto/Sto_StreamNav.h"
+
+namespace Trel::Sto {
+
+class StreamNCom : public StreamNav<Nav::NComCodec, AccessNCom> {
+ public:
+  StreamNCom(Enum::TRANSPORT_TYPE transport, unsigned int serial);
+
+ private:
+  // A bare packet, or, when longer, packets behind a header that tells where they came from.
+  bool raw_packet(const unsigned char* data, unsigned int size) override;
+};
+
+}  // namespace Trel::Sto
