@@ -27,7 +27,8 @@ endfunction()
 
 # trel_test(NAME [PREFIX text] SOURCES file... LINK target...)
 #
-# Makes the test program test_NAME and registers each of its tests with CTest, behind the prefix.
+# Makes the test program test_NAME and registers each of its tests with CTest, behind the prefix and
+# under the label NAME.
 function(trel_test name)
   cmake_parse_arguments(ARG "" "PREFIX" "SOURCES;LINK" ${ARGN})
   set(target test_${name})
@@ -46,6 +47,6 @@ function(trel_test name)
   gtest_discover_tests(
     ${target}
     TEST_PREFIX "${ARG_PREFIX}"
-    PROPERTIES TIMEOUT 120
+    PROPERTIES TIMEOUT 120 LABELS ${name}
     DISCOVERY_TIMEOUT 60)
 endfunction()
