@@ -12,6 +12,7 @@
 #include "com/Com_XComStream.h"
 #include "library/Lib_Cast.h"
 #include "library/Lib_Dynamic.h"
+#include "nav/Nav_MComRx.h"
 #include "nav/Nav_NComRx.h"
 #include "nav/Nav_Sync.h"
 #include "support/Support_Dbu.h"
@@ -189,12 +190,13 @@ void BM_cast_24_bit_fields(benchmark::State& state) {
 BENCHMARK(BM_cast_24_bit_fields);
 
 // A thousand packets of a drive, ten milliseconds apart, with a cycle of slow channels.
+template <class Packet>
 std::vector<Bytes> navigation_packets() {
   std::vector<Bytes> packets;
   for (unsigned int n = 0; n < 1000; ++n) {
     const auto channel = static_cast<unsigned char>(n % 95);
     packets.push_back(
-        Support::NComPacket()
+        Packet()
             .time_ms(static_cast<std::uint16_t>(n * 10))
             .status(4)
             .acceleration(0.5, -0.25, -9.8)
@@ -203,16 +205,17 @@ std::vector<Bytes> navigation_packets() {
             .velocity(10, 5, -0.5)
             .attitude(0.5 + n * 1e-4, 0.02, -0.01)
             .channel(channel, channel == 0
-                                  ? Support::NComPacket::ChannelData{0, 0x93, 0x5E, 1, 12, 4, 4, 4}
-                                  : Support::NComPacket::ChannelData{1, 0, 2, 0, 3, 0, 0, 8})
+                                  ? typename Packet::ChannelData{0, 0x93, 0x5E, 1, 12, 4, 4, 4}
+                                  : typename Packet::ChannelData{1, 0, 2, 0, 3, 0, 0, 8})
             .bytes());
   }
   return packets;
 }
 
+template <class Codec, class Packet>
 void decode_navigation(benchmark::State& state, bool everything) {
-  const std::vector<Bytes> packets = navigation_packets();
-  Nav::NComCodec codec(false);
+  const std::vector<Bytes> packets = navigation_packets<Packet>();
+  Codec codec(false);
   codec.Key().Reset(everything);
   codec.Key().KMain().Let_Pos();
   codec.Key().KMain().Let_Vel();
@@ -225,18 +228,28 @@ void decode_navigation(benchmark::State& state, bool everything) {
 }
 
 void BM_ncom_time_position_velocity(benchmark::State& state) {
-  decode_navigation(state, false);
+  decode_navigation<Nav::NComCodec, Support::NComPacket>(state, false);
 }
 BENCHMARK(BM_ncom_time_position_velocity);
 
 void BM_ncom_everything(benchmark::State& state) {
-  decode_navigation(state, true);
+  decode_navigation<Nav::NComCodec, Support::NComPacket>(state, true);
 }
 BENCHMARK(BM_ncom_everything);
 
+void BM_mcom_time_position_velocity(benchmark::State& state) {
+  decode_navigation<Nav::MComCodec, Support::MComPacket>(state, false);
+}
+BENCHMARK(BM_mcom_time_position_velocity);
+
+void BM_mcom_everything(benchmark::State& state) {
+  decode_navigation<Nav::MComCodec, Support::MComPacket>(state, true);
+}
+BENCHMARK(BM_mcom_everything);
+
 // The sums alone, which is the least that a reader of a raw file has to do.
 void BM_ncom_sums(benchmark::State& state) {
-  const std::vector<Bytes> packets = navigation_packets();
+  const std::vector<Bytes> packets = navigation_packets<Support::NComPacket>();
   for (auto _ : state) {
     unsigned int good = 0;
     for (const Bytes& packet : packets) {
@@ -251,7 +264,7 @@ BENCHMARK(BM_ncom_sums);
 // The same packets through the synchronisation, in reads of 2048 bytes.
 void BM_ncom_synchronisation(benchmark::State& state) {
   Bytes file;
-  for (const Bytes& packet : navigation_packets()) {
+  for (const Bytes& packet : navigation_packets<Support::NComPacket>()) {
     file.insert(file.end(), packet.begin(), packet.end());
   }
   std::size_t packets = 0;

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "app/Program.h"
+#include "support/Support_NavPacket.h"
 #include "support/Support_Packet.h"
 #include "support/Support_Recording.h"
 
@@ -355,6 +356,29 @@ TEST(Conversion, an_output_over_the_input_empties_the_recording_first) {
   EXPECT_EQ(folder.read("drive.xcom"),
             "1000000000;0.000000000000;0.000000000000;0.000\n"
             "1000000000;0.000000000000;0.000000000000;0.000\n");
+}
+
+TEST(Conversion, a_raw_navigation_file_has_a_span_and_no_ucom_stream) {
+  // Minute 23010029 of GPS time is 1380601740 s; the first packet brings it, half a second in.
+  const auto packet = [](std::uint16_t milliseconds) {
+    return Support::NComPacket()
+        .time_ms(milliseconds)
+        .status(4)
+        .channel(0, {0xED, 0x1A, 0x5F, 0x01, 0, 0, 0, 0})
+        .bytes();
+  };
+  const Folder folder;
+  folder.write("unit.ncom", text(Support::join({packet(500), packet(510), packet(520)})));
+
+  const Outcome outcome = folder.run({"unit.ncom", "out.txt", "1"});
+
+  EXPECT_EQ(outcome.exit, "251");  // -5
+  EXPECT_EQ(outcome.err, "Error: UCOM stream not found.\n");
+  EXPECT_EQ(outcome.out, kBanner +
+                             "Added 1 streams from XCOM file.\n"
+                             "Start time (GPS nanoseconds): 1380601740500000000\n"
+                             "End time (GPS nanoseconds): 1380601740520000000\n");
+  EXPECT_FALSE(folder.read("out.txt").has_value());
 }
 
 TEST(Conversion, malformed_json_ends_the_program) {
