@@ -88,8 +88,8 @@ class DerivedOutputs : public ComScales {
   void compute_lps();
   void compute_alignments();
 
-  void displace(unsigned int index, const Triple& degrees, const Triple& velocity);
-  void compute_point_gradient(ComDataMeasurePt& point, const Vector& velocity);
+  void displace(unsigned int index, const Triple& rate, const Triple& velocity);
+  void compute_point_gradient(ComDataMeasurePt& point, const Triple& velocity);
 
   void compute_iso_angles();
   [[nodiscard]] bool compute_corrections();

@@ -11,6 +11,14 @@ constexpr Axes kMounting = TREL_NAV_AXES(Imu2VehHeading, Imu2VehPitch, Imu2VehRo
 constexpr Axes kRate = TREL_NAV_AXES(Wx, Wy, Wz);
 constexpr Axes kVelocity = TREL_NAV_AXES(Vn, Ve, Vd);
 
+Triple cross(const Triple& a, const Triple& b) {
+  return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+Triple sum(const Triple& a, const Triple& b) {
+  return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+
 }  // namespace
 
 void DerivedOutputs::DisplacedOutputsCompute() {
@@ -28,28 +36,23 @@ void DerivedOutputs::DisplacedOutputsCompute() {
         return;
       }
       attitude_.set(data_.GetHeading(), data_.GetPitch(), data_.GetRoll());
+      rate = {rate.x * kRadiansPerDegree, rate.y * kRadiansPerDegree, rate.z * kRadiansPerDegree};
       ready = true;
     }
     displace(index, rate, velocity);
   }
 }
 
-void DerivedOutputs::displace(unsigned int index, const Triple& degrees, const Triple& velocity) {
+void DerivedOutputs::displace(unsigned int index, const Triple& rate, const Triple& velocity) {
   constexpr double kLeastSquaredSpeed = 0.0196;
   ComDataMeasurePt& point = data_.DMeasurePt(index);
   const auto& key = key_.KMeasurePt(index);
-  const Vector arm(point.GetPointXv(), point.GetPointYv(), point.GetPointZv());
-  const Vector rate(degrees.x * kRadiansPerDegree, degrees.y * kRadiansPerDegree,
-                    degrees.z * kRadiansPerDegree);
-  const Vector unit(velocity);
-  Vector motion;
-  Lib::MatCrossProduct(&motion, &rate, &arm);
-  Lib::MatMultRAB(&motion, &attitude_.body_to_outer(), &motion);
-  Lib::MatAddRAB(&motion, &unit, &motion);
+  const Triple arm{point.GetPointXv(), point.GetPointYv(), point.GetPointZv()};
+  const Triple motion = sum(velocity, turned(attitude_.body_to_outer(), cross(rate, arm)));
 
-  const double squared = motion[0] * motion[0] + motion[1] * motion[1];
+  const double squared = motion.x * motion.x + motion.y * motion.y;
   if (!(squared > kLeastSquaredSpeed)) return;
-  const double track = std::atan2(motion[1], motion[0]) * kDegreesPerRadian;
+  const double track = std::atan2(motion.y, motion.x) * kDegreesPerRadian;
   if (key.Get_Track()) point.SetTrack(track);
   if (key.Get_Slip()) point.SetSlip(wrapped(track - data_.GetHeading()));
   if (key.Get_Curvature() && data_.IsWdValid()) {
@@ -58,10 +61,10 @@ void DerivedOutputs::displace(unsigned int index, const Triple& degrees, const T
   if (key.Get_AngleGradient() && is_licensed()) compute_point_gradient(point, motion);
 }
 
-void DerivedOutputs::compute_point_gradient(ComDataMeasurePt& point, const Vector& velocity) {
+void DerivedOutputs::compute_point_gradient(ComDataMeasurePt& point, const Triple& velocity) {
   const auto accuracy = velocity_accuracy(data_);
   if (!accuracy) return;
-  const auto angle = gradient(velocity[0], velocity[1], velocity[2], *accuracy);
+  const auto angle = gradient(velocity.x, velocity.y, velocity.z, *accuracy);
   if (angle) {
     point.SetAngleGradient(*angle);
   } else {
