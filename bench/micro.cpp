@@ -15,10 +15,12 @@
 #include "nav/Nav_MComRx.h"
 #include "nav/Nav_NComRx.h"
 #include "nav/Nav_Sync.h"
+#include "rng/Rng_RComRx.h"
 #include "support/Support_Dbu.h"
 #include "support/Support_NavPacket.h"
 #include "support/Support_Packet.h"
 #include "support/Support_Page.h"
+#include "support/Support_RangePacket.h"
 #include "support/Support_Recording.h"
 #include "ucom/UCom_Codec.h"
 
@@ -246,6 +248,73 @@ void BM_mcom_everything(benchmark::State& state) {
   decode_navigation<Nav::MComCodec, Support::MComPacket>(state, true);
 }
 BENCHMARK(BM_mcom_everything);
+
+// An outline of eight corners for the hunter (0) or a target.
+Bytes outline_packet(unsigned char vehicle) {
+  constexpr short kCorners[8][2] = {{4000, -500}, {4000, 500}, {3500, 900}, {300, 900},
+                                    {0, 700},     {0, -700},   {300, -900}, {3500, -900}};
+  Support::RangePacket packet(5);
+  packet.resize(42).u8(6, vehicle).u8(7, 8).u8(9, 7);
+  for (std::size_t corner = 0; corner < 8; ++corner) {
+    packet.i16(10 + 4 * corner, kCorners[corner][0]).i16(12 + 4 * corner, kCorners[corner][1]);
+  }
+  return packet.bytes();
+}
+
+// A thousand packets about one target, ten milliseconds apart; with outlines on both sides, a
+// sensor and the local frame each value has something to follow from.
+std::vector<Bytes> range_packets() {
+  std::vector<Bytes> packets;
+  for (unsigned int n = 0; n < 1000; ++n) {
+    const int away = static_cast<int>(n);
+    Support::RangePacket packet(2);
+    packet.time_ms(static_cast<std::uint16_t>(n * 10)).target(1, 1);
+    packet.i32(8, 1500 + away).i32(12, 40000 - 3 * away).i16(16, 10).i16(18, -300);
+    packet.i32(20, 1000 * away).i32(24, 2000).i32(28, 1000 * away + 40000).i32(32, 3500);
+    packet.u16(36, static_cast<std::uint16_t>(1000 + n)).u16(38, 1500).u8(40, 1);
+    packet.i16(50, 1500).i16(52, 20).i16(54, 8).i16(56, -20);
+    packet.u8(59, 1).u8(65, 1).u8(67, 1).u8(69, 1).u8(70, 100).u8(71, 50).u8(72, 25).u8(73, 200);
+    packet.i32(74, 1000 * away).i32(78, 1000).i32(82, 1000 * away + 39000).i32(86, 2500);
+    packet.i16(106, 120).i16(108, -80).i16(110, 60).i16(112, 200);
+    // the minute, then the heading of the local frame, then lever arms
+    if (n == 0) packet.channel(0, Support::little(22900000, 4));
+    if (n > 0) packet.channel(n % 2 == 1 ? 12 : 14, {0, 0, 1, 0, 0, 0, 0, 2});
+    packet.append({0x10, 0x27, 0, 0, 1, 50});
+    packets.push_back(packet.bytes());
+  }
+  return packets;
+}
+
+void decode_ranges(benchmark::State& state, bool everything) {
+  const std::vector<Bytes> packets = range_packets();
+  Support::RangePacket sensor(6);
+  sensor.resize(38).u8(7, 1).u8(9, 0x40).i16(10, 3500).i16(26, 500).i16(28, 30000);
+  const Bytes sensor_bytes = sensor.bytes();
+  Rng::RComCodec codec(false);
+  codec.Key().Reset(everything);
+  codec.Key().KTarget(0).Let_General_Range();
+  codec.Key().PropagateKeyOr();
+  for (const Bytes& packet : {outline_packet(0), outline_packet(1), sensor_bytes}) {
+    codec.DecodeLite(packet.data(), static_cast<unsigned int>(packet.size()));
+  }
+  for (auto _ : state) {
+    for (const Bytes& packet : packets) {
+      codec.DecodeLite(packet.data(), static_cast<unsigned int>(packet.size()));
+    }
+    benchmark::ClobberMemory();
+  }
+  count_items(state, packets.size());
+}
+
+void BM_rcom_range(benchmark::State& state) {
+  decode_ranges(state, false);
+}
+BENCHMARK(BM_rcom_range);
+
+void BM_rcom_everything(benchmark::State& state) {
+  decode_ranges(state, true);
+}
+BENCHMARK(BM_rcom_everything);
 
 // The sums alone, which is the least that a reader of a raw file has to do.
 void BM_ncom_sums(benchmark::State& state) {

@@ -131,6 +131,7 @@ class ComBase {
   void update_regular_rate(Enum::NAVIGATION_STATUS status);
   void UpdateNavInvalidate();
   void TimingsCompute();
+  void compute_relative_times(bool relative);
   void DecodeStatusMsg() { status_.DecodeStatusMsg(status_msg_); }
   void DecodeFeatureCodes();
   void DecodeProductName();
@@ -158,6 +159,7 @@ class ComBase {
   NanoOff nano_off_;
   PacketClock clock_;
   RegularRate regular_rate_;
+  bool relative_ = false;  // whether the relative times may hold values
   FilterBank filters_;
   StatusChannels status_;
   DerivedOutputs derived_;

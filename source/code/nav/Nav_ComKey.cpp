@@ -43,7 +43,7 @@ void ComKey::KeyMain::Reset(bool value) {
   Let_Time();
 }
 
-ComKey::ComKey() : points_(kMeasurePoints) {
+ComKey::ComKey() {
   KeyMain& main = main_;
   KeyGps& primary = primary_;
   KeyGps& secondary = secondary_;

@@ -8,6 +8,7 @@
 // never copied, since its nodes point at each other.
 #pragma once
 
+#include <array>
 #include <vector>
 
 namespace Trel::Nav {
@@ -106,6 +107,12 @@ class ComKey {
   [[nodiscard]] const KeyGps& KGps(unsigned int index) const {
     return index % 2 != 0 ? external_ : index == 0 ? primary_ : secondary_;
   }
+  // Whether anyone wants a measure point.
+  [[nodiscard]] bool wants_points() const {
+    bool wanted = false;
+    for (const KeyMeasurePt& point : points_) wanted |= point.Get_Point();
+    return wanted;
+  }
   // `index` must be below kMeasurePoints.
   [[nodiscard]] KeyMeasurePt& KMeasurePt(unsigned int index) {
     return points_[index];
@@ -120,7 +127,7 @@ class ComKey {
   KeyGps primary_;
   KeyGps secondary_;
   KeyGps external_;
-  std::vector<KeyMeasurePt> points_;
+  std::array<KeyMeasurePt, kMeasurePoints> points_;
   KeyMain main_;
   std::vector<Node*> dependents_;  // every node that needs another
 };

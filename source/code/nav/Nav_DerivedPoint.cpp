@@ -22,6 +22,7 @@ Triple sum(const Triple& a, const Triple& b) {
 }  // namespace
 
 void DerivedOutputs::DisplacedOutputsCompute() {
+  if (!key_.wants_points()) return;
   Triple mounting;
   Triple rate;
   Triple velocity;

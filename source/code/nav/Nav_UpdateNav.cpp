@@ -295,6 +295,20 @@ void ComBase::TimingsCompute() {
   const ComKey::KeyMain& key = key_.KMain();
 
   const bool relative = timed && key.Get_Time_Rel();
+  if (relative || relative_) compute_relative_times(relative);
+  relative_ = relative;
+
+  if (timed && nano >= 0 && key.Get_Time_Extra()) {
+    data_.SetTimeWeekCount(static_cast<unsigned int>(nano / kNanosPerWeek));
+    data_.SetTimeWeekSecond(to_seconds(nano % kNanosPerWeek));
+  } else {
+    data_.InvTimeWeekCount();
+    data_.InvTimeWeekSecond();
+  }
+}
+
+void ComBase::compute_relative_times(bool relative) {
+  const long long nano = data_.GetNano();
   const auto since = [&](bool known, long long offset, auto set, auto invalidate) {
     if (relative && known) {
       set(wrap_subtract(nano, offset));
@@ -318,14 +332,6 @@ void ComBase::TimingsCompute() {
   TREL_NAV_SINCE(first2gps, First)
   TREL_NAV_SINCE(init2gps, Init)
 #undef TREL_NAV_SINCE
-
-  if (timed && nano >= 0 && key.Get_Time_Extra()) {
-    data_.SetTimeWeekCount(static_cast<unsigned int>(nano / kNanosPerWeek));
-    data_.SetTimeWeekSecond(to_seconds(nano % kNanosPerWeek));
-  } else {
-    data_.InvTimeWeekCount();
-    data_.InvTimeWeekSecond();
-  }
 }
 
 void ComBase::UpdateNavInvalidate() {

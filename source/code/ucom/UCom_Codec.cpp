@@ -68,9 +68,12 @@ const unsigned char* Codec::extend(const unsigned char* data, std::size_t size, 
 void Codec::decode_regular(const unsigned char* bytes, std::size_t size) {
   const Packet packet = open(bytes, size);
   if (packet.message == nullptr) return;
+  Values& values = com_data_.values();
+  const Lib::StampExt& stamp = com_data_.Nano();
+  const sid_t nano = nano_sid;
   for (const Signal* signal : packet.message->get_sequence()) {
-    signal->accept(com_data_, packet.data);
-    if (signal->get_sid() == nano_sid) com_data_.Stamp();
+    signal->decode(values, stamp, packet.data);
+    if (signal->get_sid() == nano) com_data_.Stamp();
   }
 }
 

@@ -5,7 +5,7 @@
 namespace Trel::UCom {
 
 void ComData::reset() {
-  std::apply([](auto&... variables) { (variables.clear(), ...); }, variables_);
+  values_.for_each([](auto& variables) { variables.clear(); });
   configure_slot(Lib::kBasicType<long long>, nano_slot);
 }
 
@@ -17,10 +17,9 @@ bool ComData::configure_slot(Enum::BASIC_TYPE type, std::uint32_t& slot) {
 }
 
 void ComData::invalidate() {
-  const auto invalidate_all = [](auto& variables) {
+  values_.for_each([](auto& variables) {
     for (auto& variable : variables) variable.invalidate();
-  };
-  std::apply([&](auto&... variables) { (invalidate_all(variables), ...); }, variables_);
+  });
 }
 
 void ComData::Stamp() {

@@ -7,9 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <tuple>
 #include <type_traits>
-#include <vector>
 
 #include "library/Lib_Variable.h"
 #include "ucom/UCom_Signal.h"
@@ -56,23 +54,22 @@ class ComData final : public AbstractDispatcher {
   TREL_ELEMENT_TYPES(TREL_DISPATCH)
 #undef TREL_DISPATCH
 
+  // The variables, for signals that set their own.
+  [[nodiscard]] Values& values() {
+    return values_;
+  }
+
  private:
   template <Lib::ElementType T>
-  using Variables = std::vector<Lib::VariableExt<T>>;
-
-  template <Lib::ElementType T>
-  [[nodiscard]] Variables<T>& all() {
-    return std::get<Variables<T>>(variables_);
+  [[nodiscard]] Values::Row<T>& all() {
+    return values_.all<T>();
   }
   template <Lib::ElementType T>
-  [[nodiscard]] const Variables<T>& all() const {
-    return std::get<Variables<T>>(variables_);
+  [[nodiscard]] const Values::Row<T>& all() const {
+    return values_.all<T>();
   }
 
-  std::tuple<Variables<bool>, Variables<float>, Variables<double>, Variables<signed char>,
-             Variables<short>, Variables<int>, Variables<long long>, Variables<unsigned char>,
-             Variables<unsigned short>, Variables<unsigned int>, Variables<unsigned long long>>
-      variables_;
+  Values values_;
   std::uint32_t nano_slot = 0;
 };
 

@@ -51,6 +51,11 @@ class SignalX final : public SignalM<M> {
                const unsigned char* bytes) const override {
     variable.set(SignalX::convert(bytes), stamp);
   }
+
+  void decode(Values& values, const Lib::StampExt& stamp,
+              const unsigned char* bytes) const override {
+    SignalX::convert(values.all<M>()[this->get_slot()], stamp, bytes);
+  }
 };
 
 // The signal for the pair of types in `basic`; null if that does not exist or the field is too long
