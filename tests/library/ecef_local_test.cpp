@@ -33,7 +33,7 @@ TEST(Gravity, falls_off_with_the_square_of_the_distance) {
 }
 
 TEST(Gravity, points_down) {
-  Matrix g(3, 1);
+  OwnedMatrix g(3, 1);
   ASSERT_EQ(Lib__compute_local_gravity(&g, radians(52), 120), 0);
   EXPECT_EQ(elements(g), (Values{0, 0, gravity(52, 120)}));
 }
@@ -74,7 +74,7 @@ TEST(Curvature, is_the_rate_at_which_positions_move) {
 }
 
 TEST(EarthRate, in_local_axes_by_hand) {
-  Matrix rate(3, 1);
+  OwnedMatrix rate(3, 1);
   ASSERT_EQ(Lib__compute_earth_local_projection(&rate, 0), 0);
   expect_near(rate, column({kEarthRate, 0, 0}), 0);
   ASSERT_EQ(Lib__compute_earth_local_projection(&rate, kRight), 0);
@@ -85,18 +85,18 @@ TEST(EarthRate, in_local_axes_by_hand) {
 
 TEST(EarthRate, is_the_earths_axis_turned_into_local_axes) {
   const GeodeticPosition llh{0.7, -2, 0};
-  const Matrix axis = column({0, 0, kEarthRate});
-  Matrix c(3, 3);
-  Matrix expected(3, 1);
-  Matrix rate(3, 1);
+  const OwnedMatrix axis = column({0, 0, kEarthRate});
+  OwnedMatrix c(3, 3);
+  OwnedMatrix expected(3, 1);
+  OwnedMatrix rate(3, 1);
   ASSERT_EQ(Ecef2NedRotation(&c, &llh), 0);
   ASSERT_EQ(MatMultRAB(&expected, &c, &axis), 0);
   ASSERT_EQ(Lib__compute_earth_local_projection(&rate, 0.7), 0);
   expect_near(rate, expected, 1e-19);
 }
 
-Matrix transport(const GeodeticPosition& position, const Matrix& velocity) {
-  Matrix rate(3, 1);
+OwnedMatrix transport(const GeodeticPosition& position, const OwnedMatrix& velocity) {
+  OwnedMatrix rate(3, 1);
   EXPECT_EQ(Lib__compute_transport_rate(&rate, &position, &velocity), 0);
   return rate;
 }
@@ -112,31 +112,31 @@ TEST(TransportRate, by_hand) {
 TEST(TransportRate, is_the_rate_at_which_the_local_axes_turn) {
   // One second later the axes have turned by the rate: C2 C1' = 1 - [rate x].
   const GeodeticPosition before{radians(50), radians(10), 2000};
-  const Matrix velocity = column({30, -40, 5});
+  const OwnedMatrix velocity = column({30, -40, 5});
   double meridian = 0;
   double transverse = 0;
   ASSERT_EQ(Lib__compute_earth_curvature(&meridian, &transverse, before.lat), 0);
   const GeodeticPosition after{before.lat + 30 / (meridian + before.alt),
                                before.lon - 40 / ((transverse + before.alt) * std::cos(before.lat)),
                                before.alt - 5};
-  Matrix c1(3, 3);
-  Matrix c2(3, 3);
-  Matrix turn(3, 3);
+  OwnedMatrix c1(3, 3);
+  OwnedMatrix c2(3, 3);
+  OwnedMatrix turn(3, 3);
   ASSERT_EQ(Ecef2NedRotation(&c1, &before), 0);
   ASSERT_EQ(Ecef2NedRotation(&c2, &after), 0);
   ASSERT_EQ(MatMultRABt(&turn, &c2, &c1), 0);
-  const Matrix rate = transport(before, velocity);
-  Matrix skew(3, 3);
+  const OwnedMatrix rate = transport(before, velocity);
+  OwnedMatrix skew(3, 3);
   ASSERT_EQ(Vec2SkewSym(&skew, &rate), 0);
-  Matrix expected(3, 3);
-  const Matrix unit = identity(3);
+  OwnedMatrix expected(3, 3);
+  const OwnedMatrix unit = identity(3);
   ASSERT_EQ(MatSubRAB(&expected, &unit, &skew), 0);
   expect_near(turn, expected, 1e-10);
 }
 
 TEST(TransportRate, has_no_meaning_at_the_poles) {
-  const Matrix velocity = column({1, 2, 3});
-  Matrix rate = column({7, 7, 7});
+  const OwnedMatrix velocity = column({1, 2, 3});
+  OwnedMatrix rate = column({7, 7, 7});
   for (const double lat : {kRight, -kRight, kRight - 1e-9}) {
     const GeodeticPosition pole{lat, 0, 0};
     expect_refused([&] { return Lib__compute_transport_rate(&rate, &pole, &velocity); }, 5,
@@ -147,9 +147,9 @@ TEST(TransportRate, has_no_meaning_at_the_poles) {
 
 TEST(InertialCorrections, at_rest_are_gravity_and_the_earths_rate) {
   const GeodeticPosition position{radians(30), 1, 100};
-  const Matrix still = column({0, 0, 0});
-  Matrix acceleration(3, 1);
-  Matrix rate(3, 1);
+  const OwnedMatrix still = column({0, 0, 0});
+  OwnedMatrix acceleration(3, 1);
+  OwnedMatrix rate(3, 1);
   ASSERT_EQ(Lib__compute_imu_b2n_corrections(&acceleration, &rate, &position, &still), 0);
   expect_near(acceleration, column({0, 0, gravity(30, 100)}), 0);
   expect_near(rate, column({-kEarthRate * std::sqrt(3.0) / 2, 0, kEarthRate / 2}), 1e-19);
@@ -157,18 +157,18 @@ TEST(InertialCorrections, at_rest_are_gravity_and_the_earths_rate) {
 
 TEST(InertialCorrections, in_motion_by_the_textbook_formula) {
   const GeodeticPosition position{radians(-40), 1, 3000};
-  const Matrix velocity = column({100, -200, 10});
-  Matrix earth(3, 1);
+  const OwnedMatrix velocity = column({100, -200, 10});
+  OwnedMatrix earth(3, 1);
   ASSERT_EQ(Lib__compute_earth_local_projection(&earth, position.lat), 0);
-  const Matrix moving = transport(position, velocity);
-  Matrix turning(3, 1);
-  Matrix coriolis(3, 1);
+  const OwnedMatrix moving = transport(position, velocity);
+  OwnedMatrix turning(3, 1);
+  OwnedMatrix coriolis(3, 1);
   MatScaleRsA(&turning, 2, &earth);
   MatAddRAB(&turning, &turning, &moving);
   MatCrossProduct(&coriolis, &turning, &velocity);
 
-  Matrix acceleration(3, 1);
-  Matrix rate(3, 1);
+  OwnedMatrix acceleration(3, 1);
+  OwnedMatrix rate(3, 1);
   ASSERT_EQ(Lib__compute_imu_b2n_corrections(&acceleration, &rate, &position, &velocity), 0);
   expect_near(acceleration,
               column({-coriolis(0, 0), -coriolis(1, 0), gravity(-40, 3000) - coriolis(2, 0)}),
@@ -181,9 +181,9 @@ TEST(InertialCorrections, in_motion_by_the_textbook_formula) {
 TEST(InertialCorrections, eastward_speed_at_the_equator_lightens) {
   // 2 w v + v^2 / a = 2 * 7.292115e-5 * 100 + 10000 / 6378137 = 0.014584230 + 0.001567856
   const GeodeticPosition position{0, 0, 0};
-  const Matrix east = column({0, 100, 0});
-  Matrix acceleration(3, 1);
-  Matrix rate(3, 1);
+  const OwnedMatrix east = column({0, 100, 0});
+  OwnedMatrix acceleration(3, 1);
+  OwnedMatrix rate(3, 1);
   ASSERT_EQ(Lib__compute_imu_b2n_corrections(&acceleration, &rate, &position, &east), 0);
   EXPECT_NEAR(acceleration(2, 0), 9.780318 - 0.016152086, 1e-9);
   EXPECT_EQ(acceleration(0, 0), 0);
@@ -191,22 +191,22 @@ TEST(InertialCorrections, eastward_speed_at_the_equator_lightens) {
 
 TEST(InertialCorrections, a_unit_at_rest_shows_no_motion_once_corrected) {
   const GeodeticPosition position{radians(52), 0, 100};
-  const Matrix still = column({0, 0, 0});
-  const Matrix attitude = column({1, 0.2, -0.3});
-  Matrix c(3, 3);
+  const OwnedMatrix still = column({0, 0, 0});
+  const OwnedMatrix attitude = column({1, 0.2, -0.3});
+  OwnedMatrix c(3, 3);
   ASSERT_EQ(Euler2DirCos(&c, &attitude), 0);
-  Matrix up(3, 1);
+  OwnedMatrix up(3, 1);
   ASSERT_EQ(Lib__compute_local_gravity(&up, position.lat, position.alt), 0);
   MatScaleRsA(&up, -1, &up);
-  Matrix earth(3, 1);
+  OwnedMatrix earth(3, 1);
   ASSERT_EQ(Lib__compute_earth_local_projection(&earth, position.lat), 0);
-  Matrix sensed_a(3, 1);
-  Matrix sensed_w(3, 1);
+  OwnedMatrix sensed_a(3, 1);
+  OwnedMatrix sensed_w(3, 1);
   MatMultRAtB(&sensed_a, &c, &up);
   MatMultRAtB(&sensed_w, &c, &earth);
 
-  Matrix a(3, 1);
-  Matrix w(3, 1);
+  OwnedMatrix a(3, 1);
+  OwnedMatrix w(3, 1);
   ASSERT_EQ(Lib__compute_and_apply_imu_b2n_corrections(&a, &w, &c, &sensed_a, &sensed_w, &position,
                                                        &still),
             0);
@@ -216,20 +216,20 @@ TEST(InertialCorrections, a_unit_at_rest_shows_no_motion_once_corrected) {
 
 TEST(InertialCorrections, both_steps_at_once_are_the_two_steps) {
   const GeodeticPosition position{radians(20), 0, 100};
-  const Matrix velocity = column({10, 20, 30});
-  const Matrix attitude = column({1, 0.2, -0.3});
-  const Matrix sensed_a = column({1, 2, 3});
-  const Matrix sensed_w = column({0.1, 0.2, 0.3});
-  Matrix c(3, 3);
+  const OwnedMatrix velocity = column({10, 20, 30});
+  const OwnedMatrix attitude = column({1, 0.2, -0.3});
+  const OwnedMatrix sensed_a = column({1, 2, 3});
+  const OwnedMatrix sensed_w = column({0.1, 0.2, 0.3});
+  OwnedMatrix c(3, 3);
   ASSERT_EQ(Euler2DirCos(&c, &attitude), 0);
-  Matrix of_a(3, 1);
-  Matrix of_w(3, 1);
+  OwnedMatrix of_a(3, 1);
+  OwnedMatrix of_w(3, 1);
   ASSERT_EQ(Lib__compute_imu_b2n_corrections(&of_a, &of_w, &position, &velocity), 0);
-  Matrix a(3, 1);
-  Matrix w(3, 1);
+  OwnedMatrix a(3, 1);
+  OwnedMatrix w(3, 1);
   ASSERT_EQ(Lib__apply_imu_b2n_corrections_a(&a, &c, &sensed_a, &of_a), 0);
   ASSERT_EQ(Lib__apply_imu_b2n_corrections_w(&w, &c, &sensed_w, &of_w), 0);
-  Matrix turned(3, 1);
+  OwnedMatrix turned(3, 1);
   MatMultRAB(&turned, &c, &sensed_a);
   MatAddRAB(&turned, &turned, &of_a);
   expect_near(a, turned, 1e-15);
@@ -238,8 +238,8 @@ TEST(InertialCorrections, both_steps_at_once_are_the_two_steps) {
   expect_near(w, turned, 1e-15);
 
   // In place of what was sensed.
-  Matrix both_a = sensed_a;
-  Matrix both_w = sensed_w;
+  OwnedMatrix both_a = sensed_a;
+  OwnedMatrix both_w = sensed_w;
   ASSERT_EQ(Lib__compute_and_apply_imu_b2n_corrections(&both_a, &both_w, &c, &both_a, &both_w,
                                                        &position, &velocity),
             0);
@@ -250,7 +250,7 @@ TEST(InertialCorrections, both_steps_at_once_are_the_two_steps) {
 TEST(LocalRefusal, latitudes_and_altitudes_out_of_range_are_refused) {
   double g = 7;
   double m = 7;
-  Matrix r = column({7, 7, 7});
+  OwnedMatrix r = column({7, 7, 7});
   const char* magnitude = "Lib__compute_local_gravity_magnitude";
   for (const auto& [lat, alt] : {std::pair{kNan, 0.0},
                                  {1.6, 0.0},
@@ -265,7 +265,7 @@ TEST(LocalRefusal, latitudes_and_altitudes_out_of_range_are_refused) {
     expect_refused([&] { return Lib__compute_local_gravity(&r, the_lat, the_alt); }, 3,
                    "Lib__compute_local_gravity", kFile);
     const GeodeticPosition position{the_lat, 0, the_alt};
-    const Matrix velocity = column({1, 2, 3});
+    const OwnedMatrix velocity = column({1, 2, 3});
     expect_refused([&] { return Lib__compute_transport_rate(&r, &position, &velocity); }, 3,
                    "Lib__compute_transport_rate", kFile);
   }
@@ -280,10 +280,10 @@ TEST(LocalRefusal, latitudes_and_altitudes_out_of_range_are_refused) {
 
 TEST(LocalRefusal, null_arguments_and_small_results_are_refused) {
   double g = 7;
-  Matrix r = column({7, 7, 7});
-  Matrix small = column({7, 7});
+  OwnedMatrix r = column({7, 7, 7});
+  OwnedMatrix small = column({7, 7});
   const GeodeticPosition position{0.5, 0, 0};
-  const Matrix v = column({1, 2, 3});
+  const OwnedMatrix v = column({1, 2, 3});
   expect_refused([&] { return Lib__compute_local_gravity_magnitude(nullptr, 0, 0); }, 2,
                  "Lib__compute_local_gravity_magnitude", kFile);
   expect_refused([&] { return Lib__compute_local_gravity(nullptr, 0, 0); }, 2,
@@ -305,14 +305,14 @@ TEST(LocalRefusal, null_arguments_and_small_results_are_refused) {
 }
 
 TEST(LocalRefusal, inertial_corrections_write_both_results_or_none) {
-  Matrix first = column({7, 7, 7});
-  Matrix second = column({7, 7, 7});
-  Matrix small = column({7, 7});
+  OwnedMatrix first = column({7, 7, 7});
+  OwnedMatrix second = column({7, 7, 7});
+  OwnedMatrix small = column({7, 7});
   const GeodeticPosition position{0.5, 0, 0};
   const GeodeticPosition pole{kRight, 0, 0};
-  const Matrix v = column({1, 2, 3});
-  const Matrix bad = column({1, kNan, 3});
-  const Matrix c = identity(3);
+  const OwnedMatrix v = column({1, 2, 3});
+  const OwnedMatrix bad = column({1, kNan, 3});
+  const OwnedMatrix c = identity(3);
   const char* compute = "Lib__compute_imu_b2n_corrections";
   const auto computed = [&](RealMatrix* a, RealMatrix* w, const GeodeticPosition* p,
                             const RealMatrix* velocity, int code) {

@@ -419,15 +419,15 @@ TEST(Satellites, bad_arguments_are_refused) {
 TEST(LocalAxes, by_hand) {
   const auto rotation = [](double lat, double lon) {
     const GeodeticPosition llh{radians(lat), radians(lon), 500};
-    Matrix c(3, 3);
+    OwnedMatrix c(3, 3);
     EXPECT_EQ(Ecef2NedRotation(&c, &llh), 0);
     return c;
   };
   // Rows are north, east and down in earth-fixed axes.
-  expect_near(rotation(0, 0), Matrix(3, 3, {0, 0, 1, 0, 1, 0, -1, 0, 0}), 1e-15);
-  expect_near(rotation(0, 90), Matrix(3, 3, {0, 0, 1, -1, 0, 0, 0, -1, 0}), 1e-15);
-  expect_near(rotation(90, 0), Matrix(3, 3, {-1, 0, 0, 0, 1, 0, 0, 0, -1}), 1e-15);
-  expect_near(rotation(-90, 180), Matrix(3, 3, {-1, 0, 0, 0, -1, 0, 0, 0, 1}), 1e-15);
+  expect_near(rotation(0, 0), OwnedMatrix(3, 3, {0, 0, 1, 0, 1, 0, -1, 0, 0}), 1e-15);
+  expect_near(rotation(0, 90), OwnedMatrix(3, 3, {0, 0, 1, -1, 0, 0, 0, -1, 0}), 1e-15);
+  expect_near(rotation(90, 0), OwnedMatrix(3, 3, {-1, 0, 0, 0, 1, 0, 0, 0, -1}), 1e-15);
+  expect_near(rotation(-90, 180), OwnedMatrix(3, 3, {-1, 0, 0, 0, -1, 0, 0, 0, 1}), 1e-15);
 }
 
 TEST(LocalAxes, are_where_small_changes_of_position_point) {
@@ -436,7 +436,7 @@ TEST(LocalAxes, are_where_small_changes_of_position_point) {
   Random random(kSeed);
   for (int round = 0; round < 200; ++round) {
     const GeodeticPosition llh{random.number(-1.5, 1.5), random.number(-3, 3), 0};
-    Matrix c(3, 3);
+    OwnedMatrix c(3, 3);
     ASSERT_EQ(Ecef2NedRotation(&c, &llh), 0);
     const auto moved = [&](double lat, double lon, double alt) {
       const GeodeticPosition other{llh.lat + lat, llh.lon + lon, llh.alt + alt};
@@ -444,8 +444,8 @@ TEST(LocalAxes, are_where_small_changes_of_position_point) {
       EcefPosition to;
       EXPECT_EQ(Wgs842Ecef(&from, &llh), 0);
       EXPECT_EQ(Wgs842Ecef(&to, &other), 0);
-      const Matrix line = column({to.x - from.x, to.y - from.y, to.z - from.z});
-      Matrix local(3, 1);
+      const OwnedMatrix line = column({to.x - from.x, to.y - from.y, to.z - from.z});
+      OwnedMatrix local(3, 1);
       EXPECT_EQ(MatMultRAB(&local, &c, &line), 0);
       double length = 0;
       EXPECT_EQ(MatVectorNorm(&length, &local), 0);
@@ -461,8 +461,8 @@ TEST(LocalAxes, are_where_small_changes_of_position_point) {
 TEST(LocalAxes, bad_arguments_are_refused) {
   const GeodeticPosition llh{0, 0, 0};
   const GeodeticPosition bad{2, 0, 0};
-  Matrix c(3, 3);
-  Matrix small(2, 3);
+  OwnedMatrix c(3, 3);
+  OwnedMatrix small(2, 3);
   expect_refused([&] { return Ecef2NedRotation(&c, nullptr); }, 2, "Ecef2NedRotation", kFile);
   expect_refused([&] { return Ecef2NedRotation(nullptr, &llh); }, 2, "Ecef2NedRotation", kFile);
   expect_refused([&] { return Ecef2NedRotation(&c, &bad); }, 3, "Ecef2NedRotation", kFile);

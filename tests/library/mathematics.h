@@ -33,24 +33,24 @@ constexpr double degrees(double angle) {
 }
 
 // A record over storage of its own, without an element to spare.
-class Matrix : public RealMatrix {
+class OwnedMatrix : public RealMatrix {
  public:
   // Allocated and empty.
-  Matrix(int row_count, int col_count)
+  OwnedMatrix(int row_count, int col_count)
       : RealMatrix{nullptr, 0, 0, row_count, col_count},
         storage_(static_cast<std::size_t>(row_count) * col_count) {
     data = storage_.data();
   }
-  Matrix(int row_count, int col_count, std::initializer_list<double> values)
-      : Matrix(row_count, col_count) {
+  OwnedMatrix(int row_count, int col_count, std::initializer_list<double> values)
+      : OwnedMatrix(row_count, col_count) {
     rows = row_count;
     cols = col_count;
     std::copy(values.begin(), values.end(), storage_.begin());
   }
-  Matrix(const Matrix& other) : RealMatrix(other), storage_(other.storage_) {
+  OwnedMatrix(const OwnedMatrix& other) : RealMatrix(other), storage_(other.storage_) {
     data = storage_.data();
   }
-  Matrix& operator=(const Matrix&) = delete;
+  OwnedMatrix& operator=(const OwnedMatrix&) = delete;
 
   double& operator()(int row, int col) { return storage_[row * cols_allocated + col]; }
   double operator()(int row, int col) const { return storage_[row * cols_allocated + col]; }
@@ -80,7 +80,7 @@ class Diagonal : public DiagonalMatrix {
   std::vector<double> storage_;
 };
 
-inline Matrix column(std::initializer_list<double> values) {
+inline OwnedMatrix column(std::initializer_list<double> values) {
   return {static_cast<int>(values.size()), 1, values};
 }
 
@@ -102,8 +102,8 @@ class Random {
     return std::uniform_real_distribution<double>(low, high)(engine_);
   }
   int integer(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
-  Matrix matrix(int rows, int cols, double size = 10) {
-    Matrix m(rows, cols);
+  OwnedMatrix matrix(int rows, int cols, double size = 10) {
+    OwnedMatrix m(rows, cols);
     m.rows = rows;
     m.cols = cols;
     for (int i = 0; i < rows; ++i) {
@@ -116,7 +116,7 @@ class Random {
   std::mt19937_64 engine_;
 };
 
-inline void expect_near(const Matrix& a, const Matrix& b, double tolerance) {
+inline void expect_near(const OwnedMatrix& a, const OwnedMatrix& b, double tolerance) {
   ASSERT_EQ(a.rows, b.rows);
   ASSERT_EQ(a.cols, b.cols);
   for (int i = 0; i < a.rows; ++i) {
@@ -126,8 +126,8 @@ inline void expect_near(const Matrix& a, const Matrix& b, double tolerance) {
   }
 }
 
-inline Matrix identity(int size) {
-  Matrix m(size, size);
+inline OwnedMatrix identity(int size) {
+  OwnedMatrix m(size, size);
   MatIdentityR(&m, size);
   return m;
 }

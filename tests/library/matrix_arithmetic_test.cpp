@@ -12,47 +12,47 @@ using Values = std::vector<double>;
 constexpr const char* kFile = "matrix_arithmetic.cpp";
 
 // a = (1 2 3; 4 5 6), b = (7 8; 9 10; 11 12), c = (1 -1 2; 0 3 1)
-Matrix a() {
+OwnedMatrix a() {
   return {2, 3, {1, 2, 3, 4, 5, 6}};
 }
-Matrix b() {
+OwnedMatrix b() {
   return {3, 2, {7, 8, 9, 10, 11, 12}};
 }
-Matrix c() {
+OwnedMatrix c() {
   return {2, 3, {1, -1, 2, 0, 3, 1}};
 }
 
 TEST(Product, of_two_matrices) {
-  Matrix r(2, 2);
-  const Matrix left = a();
-  const Matrix right = b();
+  OwnedMatrix r(2, 2);
+  const OwnedMatrix left = a();
+  const OwnedMatrix right = b();
   ASSERT_EQ(MatMultRAB(&r, &left, &right), 0);
   // 7 + 18 + 33, 8 + 20 + 36; 28 + 45 + 66, 32 + 50 + 72
   EXPECT_EQ(elements(r), (Values{58, 64, 139, 154}));
 }
 
 TEST(Product, with_the_second_transposed) {
-  Matrix r(2, 2);
-  const Matrix left = a();
-  const Matrix right = c();
+  OwnedMatrix r(2, 2);
+  const OwnedMatrix left = a();
+  const OwnedMatrix right = c();
   ASSERT_EQ(MatMultRABt(&r, &left, &right), 0);
   // 1 - 2 + 6, 0 + 6 + 3; 4 - 5 + 12, 0 + 15 + 6
   EXPECT_EQ(elements(r), (Values{5, 9, 11, 21}));
 }
 
 TEST(Product, with_the_first_transposed) {
-  Matrix r(3, 3);
-  const Matrix left = a();
-  const Matrix right = c();
+  OwnedMatrix r(3, 3);
+  const OwnedMatrix left = a();
+  const OwnedMatrix right = c();
   ASSERT_EQ(MatMultRAtB(&r, &left, &right), 0);
   // rows (1 4), (2 5), (3 6) by columns (1 0), (-1 3), (2 1)
   EXPECT_EQ(elements(r), (Values{1, 11, 6, 2, 13, 9, 3, 15, 12}));
 }
 
 TEST(Product, with_both_transposed) {
-  Matrix r(3, 3);
-  const Matrix left = a();
-  const Matrix right = b();
+  OwnedMatrix r(3, 3);
+  const OwnedMatrix left = a();
+  const OwnedMatrix right = b();
   ASSERT_EQ(MatMultRAtBt(&r, &left, &right), 0);
   // rows (1 4), (2 5), (3 6) by the rows of b (7 8), (9 10), (11 12)
   EXPECT_EQ(elements(r), (Values{39, 49, 59, 54, 68, 82, 69, 87, 105}));
@@ -60,32 +60,32 @@ TEST(Product, with_both_transposed) {
 
 TEST(Product, with_a_diagonal_on_the_left_scales_rows) {
   Diagonal d{10, 100};
-  Matrix r(2, 3);
-  const Matrix right = a();
+  OwnedMatrix r(2, 3);
+  const OwnedMatrix right = a();
   ASSERT_EQ(MatMultRDA(&r, &d, &right), 0);
   EXPECT_EQ(elements(r), (Values{10, 20, 30, 400, 500, 600}));
-  Matrix s(2, 3);
-  const Matrix tall = b();
+  OwnedMatrix s(2, 3);
+  const OwnedMatrix tall = b();
   ASSERT_EQ(MatMultRDAt(&s, &d, &tall), 0);
   EXPECT_EQ(elements(s), (Values{70, 90, 110, 800, 1000, 1200}));
 }
 
 TEST(Product, with_a_diagonal_on_the_right_scales_columns) {
   Diagonal d{10, 100};
-  Matrix r(3, 2);
-  const Matrix left = b();
+  OwnedMatrix r(3, 2);
+  const OwnedMatrix left = b();
   ASSERT_EQ(MatMultRAD(&r, &left, &d), 0);
   EXPECT_EQ(elements(r), (Values{70, 800, 90, 1000, 110, 1200}));
-  Matrix s(3, 2);
-  const Matrix wide = a();
+  OwnedMatrix s(3, 2);
+  const OwnedMatrix wide = a();
   ASSERT_EQ(MatMultRAtD(&s, &wide, &d), 0);
   EXPECT_EQ(elements(s), (Values{10, 400, 20, 500, 30, 600}));
 }
 
 TEST(Product, the_diagonal_of_one_alone) {
   Diagonal d(2);
-  const Matrix left = a();
-  const Matrix right = b();
+  const OwnedMatrix left = a();
+  const OwnedMatrix right = b();
   ASSERT_EQ(MatMultDAB(&d, &left, &right), 0);
   EXPECT_EQ(d.size, 2);
   EXPECT_EQ(d.storage(), (Values{58, 154}));
@@ -93,8 +93,8 @@ TEST(Product, the_diagonal_of_one_alone) {
 
 using TwoMatrices = int (*)(RealMatrix*, const RealMatrix*, const RealMatrix*);
 
-Matrix transposed_copy(const Matrix& m) {
-  Matrix r(m.cols, m.rows);
+OwnedMatrix transposed_copy(const OwnedMatrix& m) {
+  OwnedMatrix r(m.cols, m.rows);
   r.rows = m.cols;
   r.cols = m.rows;
   for (int i = 0; i < m.rows; ++i) {
@@ -111,11 +111,11 @@ TEST(Product, agrees_with_its_definition_over_random_shapes) {
     const int rows = random.integer(1, 7);
     const int inner = random.integer(1, 7);
     const int cols = random.integer(1, 7);
-    const Matrix left = random.matrix(rows, inner);
-    const Matrix right = random.matrix(inner, cols);
-    const Matrix left_t = transposed_copy(left);
-    const Matrix right_t = transposed_copy(right);
-    Matrix expected(rows, cols);
+    const OwnedMatrix left = random.matrix(rows, inner);
+    const OwnedMatrix right = random.matrix(inner, cols);
+    const OwnedMatrix left_t = transposed_copy(left);
+    const OwnedMatrix right_t = transposed_copy(right);
+    OwnedMatrix expected(rows, cols);
     expected.rows = rows;
     expected.cols = cols;
     for (int i = 0; i < rows; ++i) {
@@ -123,7 +123,7 @@ TEST(Product, agrees_with_its_definition_over_random_shapes) {
         for (int k = 0; k < inner; ++k) expected(i, j) += left(i, k) * right(k, j);
       }
     }
-    Matrix r(rows, cols);
+    OwnedMatrix r(rows, cols);
     ASSERT_EQ(MatMultRAB(&r, &left, &right), 0);
     expect_near(r, expected, 1e-11);
     ASSERT_EQ(MatMultRABt(&r, &left, &right_t), 0);
@@ -136,7 +136,7 @@ TEST(Product, agrees_with_its_definition_over_random_shapes) {
 }
 
 TEST(Product, works_on_parts_of_larger_matrices) {
-  Matrix parent(3, 5, {0, 1, 2, 0, 0, 0, 3, 4, 0, 0, 0, 0, 0, 0, 0});
+  OwnedMatrix parent(3, 5, {0, 1, 2, 0, 0, 0, 3, 4, 0, 0, 0, 0, 0, 0, 0});
   RealMatrix view;
   MatSubAccessRA(&view, &parent, 0, 1, 2, 3);
   RealMatrix corner;
@@ -152,17 +152,17 @@ TEST(Aliasing, a_result_may_be_either_factor_of_a_product) {
   for (const int size : {1, 2, 3, 4, 5, 9}) {
     for (const TwoMatrices call :
          {MatMultRAB, MatMultRABt, MatMultRAtB, MatMultRAtBt, MatAddRAB, MatSubRAB}) {
-      const Matrix left = random.matrix(size, size);
-      const Matrix right = random.matrix(size, size);
-      Matrix apart(size, size);
+      const OwnedMatrix left = random.matrix(size, size);
+      const OwnedMatrix right = random.matrix(size, size);
+      OwnedMatrix apart(size, size);
       ASSERT_EQ(call(&apart, &left, &right), 0);
-      Matrix first = left;
+      OwnedMatrix first = left;
       ASSERT_EQ(call(&first, &first, &right), 0);
       EXPECT_EQ(elements(first), elements(apart)) << "size " << size;
-      Matrix second = right;
+      OwnedMatrix second = right;
       ASSERT_EQ(call(&second, &left, &second), 0);
       EXPECT_EQ(elements(second), elements(apart)) << "size " << size;
-      Matrix square = left;
+      OwnedMatrix square = left;
       ASSERT_EQ(call(&apart, &left, &left), 0);
       ASSERT_EQ(call(&square, &square, &square), 0);
       EXPECT_EQ(elements(square), elements(apart)) << "size " << size;
@@ -175,12 +175,12 @@ TEST(Aliasing, a_result_may_overlap_its_factor_in_part) {
   Random random(kSeed);
   for (const TwoMatrices call :
        {MatMultRAB, MatMultRABt, MatMultRAtB, MatMultRAtBt, MatAddRAB, MatSubRAB}) {
-    Matrix parent = random.matrix(7, 7);
+    OwnedMatrix parent = random.matrix(7, 7);
     RealMatrix view;
     RealMatrix shifted;
     MatSubAccessRA(&view, &parent, 0, 0, 6, 6);
     MatSubAccessRA(&shifted, &parent, 1, 1, 7, 7);
-    Matrix apart(6, 6);
+    OwnedMatrix apart(6, 6);
     ASSERT_EQ(call(&apart, &view, &view), 0);
     ASSERT_EQ(call(&shifted, &view, &view), 0);
     EXPECT_EQ(elements(shifted), elements(apart));
@@ -188,8 +188,8 @@ TEST(Aliasing, a_result_may_overlap_its_factor_in_part) {
 }
 
 TEST(Aliasing, one_argument_forms_may_work_in_place) {
-  Matrix m = a();
-  Matrix wide(3, 3);
+  OwnedMatrix m = a();
+  OwnedMatrix wide(3, 3);
   ASSERT_EQ(MatCopyRA(&wide, &m), 0);
   ASSERT_EQ(MatTranspose(&wide, &wide), 0);
   EXPECT_EQ(elements(wide), (Values{1, 4, 2, 5, 3, 6}));
@@ -198,7 +198,7 @@ TEST(Aliasing, one_argument_forms_may_work_in_place) {
   ASSERT_EQ(MatLimitRsA(&m, 7, &m), 0);
   EXPECT_EQ(elements(m), (Values{2, 4, 6, 7, 7, 7}));
   Diagonal d{2, 3};
-  Matrix square(2, 2, {1, 2, 3, 4});
+  OwnedMatrix square(2, 2, {1, 2, 3, 4});
   ASSERT_EQ(MatMultRDAt(&square, &d, &square), 0);
   EXPECT_EQ(elements(square), (Values{2, 6, 6, 12}));
   ASSERT_EQ(MatMultRAtD(&square, &square, &d), 0);
@@ -208,15 +208,15 @@ TEST(Aliasing, one_argument_forms_may_work_in_place) {
 }
 
 TEST(Aliasing, a_vector_product_may_replace_its_factor) {
-  Matrix x = column({1, 2, 3});
-  const Matrix y = column({4, 5, 6});
+  OwnedMatrix x = column({1, 2, 3});
+  const OwnedMatrix y = column({4, 5, 6});
   ASSERT_EQ(MatCrossProduct(&x, &x, &y), 0);
   EXPECT_EQ(elements(x), (Values{-3, 6, -3}));
 }
 
 TEST(Transpose, exchanges_rows_and_columns) {
-  const Matrix m = a();
-  Matrix r(3, 2);
+  const OwnedMatrix m = a();
+  OwnedMatrix r(3, 2);
   ASSERT_EQ(MatTranspose(&r, &m), 0);
   EXPECT_EQ(r.rows, 3);
   EXPECT_EQ(r.cols, 2);
@@ -224,18 +224,18 @@ TEST(Transpose, exchanges_rows_and_columns) {
 }
 
 TEST(Appendt, columns_become_further_rows) {
-  Matrix r(4, 2);
-  const Matrix m = a();  // its transpose is (1 4; 2 5; 3 6)
+  OwnedMatrix r(4, 2);
+  const OwnedMatrix m = a();  // its transpose is (1 4; 2 5; 3 6)
   ASSERT_EQ(MatAppendt(&r, &m), 0);
   EXPECT_EQ(r.rows, 3);
   EXPECT_EQ(r.cols, 2);
-  const Matrix one = column({7, 8});
+  const OwnedMatrix one = column({7, 8});
   ASSERT_EQ(MatAppendt(&r, &one), 0);
   EXPECT_EQ(r.rows, 4);
   EXPECT_EQ(elements(r), (Values{1, 4, 2, 5, 3, 6, 7, 8}));
 
   expect_refused([&] { return MatAppendt(&r, &one); }, 4, "MatAppendt", kFile);
-  const Matrix other = column({7, 8, 9});
+  const OwnedMatrix other = column({7, 8, 9});
   expect_refused([&] { return MatAppendt(&r, &other); }, 3, "MatAppendt", kFile);
   expect_refused([&] { return MatAppendt(&r, nullptr); }, 2, "MatAppendt", kFile);
   expect_refused([&] { return MatAppendt(nullptr, &one); }, 2, "MatAppendt", kFile);
@@ -245,19 +245,19 @@ TEST(Appendt, columns_become_further_rows) {
 }
 
 TEST(Appendt, a_matrix_can_be_appended_to_itself) {
-  Matrix r(4, 2);
+  OwnedMatrix r(4, 2);
   MatFillR(&r, 2, 2, {1, 2, 3, 4});
   ASSERT_EQ(MatAppendt(&r, &r), 0);
   EXPECT_EQ(elements(r), (Values{1, 2, 3, 4, 1, 3, 2, 4}));
 }
 
 TEST(Scale, multiplies_each_element) {
-  const Matrix m = c();
-  Matrix r(2, 3);
+  const OwnedMatrix m = c();
+  OwnedMatrix r(2, 3);
   ASSERT_EQ(MatScaleRsA(&r, -2, &m), 0);
   EXPECT_EQ(elements(r), (Values{-2, 2, -4, 0, -6, -2}));
   Diagonal d{1, 2};
-  Matrix s(2, 2);
+  OwnedMatrix s(2, 2);
   ASSERT_EQ(MatScaleRsD(&s, 3, &d), 0);
   EXPECT_EQ(elements(s), (Values{3, 0, 0, 6}));
   expect_refused([&] { return MatScaleRsA(&r, kNan, &m); }, 3, "MatScaleRsA", kFile);
@@ -265,8 +265,8 @@ TEST(Scale, multiplies_each_element) {
 }
 
 TEST(Limit, clips_to_both_ends) {
-  const Matrix m(1, 5, {-9, -2, 0, 2, 9});
-  Matrix r(1, 5);
+  const OwnedMatrix m(1, 5, {-9, -2, 0, 2, 9});
+  OwnedMatrix r(1, 5);
   ASSERT_EQ(MatLimitRsA(&r, 2, &m), 0);
   EXPECT_EQ(elements(r), (Values{-2, -2, 0, 2, 2}));
   ASSERT_EQ(MatLimitRsA(&r, 0, &m), 0);
@@ -276,9 +276,9 @@ TEST(Limit, clips_to_both_ends) {
 }
 
 TEST(Sum, of_matrices_and_of_diagonals) {
-  const Matrix left = a();
-  const Matrix right = c();
-  Matrix r(2, 3);
+  const OwnedMatrix left = a();
+  const OwnedMatrix right = c();
+  OwnedMatrix r(2, 3);
   ASSERT_EQ(MatAddRAB(&r, &left, &right), 0);
   EXPECT_EQ(elements(r), (Values{2, 1, 5, 4, 8, 7}));
   ASSERT_EQ(MatSubRAB(&r, &left, &right), 0);
@@ -286,17 +286,17 @@ TEST(Sum, of_matrices_and_of_diagonals) {
 
   Diagonal d{10, 20};
   Diagonal e{1, -2};
-  Matrix s(2, 2);
+  OwnedMatrix s(2, 2);
   ASSERT_EQ(MatAddRDE(&s, &d, &e), 0);
   EXPECT_EQ(elements(s), (Values{11, 0, 0, 18}));
-  const Matrix square(2, 2, {1, 2, 3, 4});
+  const OwnedMatrix square(2, 2, {1, 2, 3, 4});
   ASSERT_EQ(MatSubRDB(&s, &d, &square), 0);
   EXPECT_EQ(elements(s), (Values{9, -2, -3, 16}));
 }
 
 TEST(MaxDiff, is_the_largest_absolute_difference) {
-  const Matrix left = a();
-  const Matrix right = c();
+  const OwnedMatrix left = a();
+  const OwnedMatrix right = c();
   double difference = -1;
   ASSERT_EQ(MatMaxDiff(&difference, &left, &right), 0);
   EXPECT_EQ(difference, 5);  // 6 - 1
@@ -309,48 +309,48 @@ TEST(MaxDiff, is_the_largest_absolute_difference) {
 
 TEST(Norm, of_rows_and_columns) {
   double norm = 0;
-  const Matrix x = column({2, 3, 6});
+  const OwnedMatrix x = column({2, 3, 6});
   ASSERT_EQ(MatVectorNorm(&norm, &x), 0);
   EXPECT_EQ(norm, 7);
-  const Matrix row(1, 2, {-3, 4});
+  const OwnedMatrix row(1, 2, {-3, 4});
   ASSERT_EQ(MatVectorNorm(&norm, &row), 0);
   EXPECT_EQ(norm, 5);
-  const Matrix zero = column({0, 0});
+  const OwnedMatrix zero = column({0, 0});
   ASSERT_EQ(MatVectorNorm(&norm, &zero), 0);
   EXPECT_EQ(norm, 0);
-  const Matrix large = column({3e300, 4e300});
+  const OwnedMatrix large = column({3e300, 4e300});
   ASSERT_EQ(MatVectorNorm(&norm, &large), 0);
   EXPECT_DOUBLE_EQ(norm, 5e300);
-  const Matrix small = column({3e-300, 4e-300});
+  const OwnedMatrix small = column({3e-300, 4e-300});
   ASSERT_EQ(MatVectorNorm(&norm, &small), 0);
   EXPECT_DOUBLE_EQ(norm, 5e-300);
-  const Matrix m = a();
+  const OwnedMatrix m = a();
   expect_refused([&] { return MatVectorNorm(&norm, &m); }, 3, "MatVectorNorm", kFile);
   expect_refused([&] { return MatVectorNorm(nullptr, &x); }, 2, "MatVectorNorm", kFile);
 }
 
 TEST(DotProduct, takes_rows_and_columns_alike) {
   double product = 0;
-  const Matrix x = column({1, 2, 3});
-  const Matrix y(1, 3, {4, -5, 6});
+  const OwnedMatrix x = column({1, 2, 3});
+  const OwnedMatrix y(1, 3, {4, -5, 6});
   ASSERT_EQ(MatDotProduct(&product, &x, &y), 0);
   EXPECT_EQ(product, 12);  // 4 - 10 + 18
-  const Matrix two = column({1, 2});
+  const OwnedMatrix two = column({1, 2});
   expect_refused([&] { return MatDotProduct(&product, &x, &two); }, 3, "MatDotProduct", kFile);
-  const Matrix m = a();
+  const OwnedMatrix m = a();
   expect_refused([&] { return MatDotProduct(&product, &m, &x); }, 3, "MatDotProduct", kFile);
   expect_refused([&] { return MatDotProduct(nullptr, &x, &y); }, 2, "MatDotProduct", kFile);
 }
 
 TEST(CrossProduct, follows_the_right_hand) {
-  const Matrix x = column({1, 0, 0});
-  const Matrix y(1, 3, {0, 1, 0});
-  Matrix r(3, 1);
+  const OwnedMatrix x = column({1, 0, 0});
+  const OwnedMatrix y(1, 3, {0, 1, 0});
+  OwnedMatrix r(3, 1);
   ASSERT_EQ(MatCrossProduct(&r, &x, &y), 0);
   EXPECT_EQ(elements(r), (Values{0, 0, 1}));
   ASSERT_EQ(MatCrossProduct(&r, &y, &x), 0);
   EXPECT_EQ(elements(r), (Values{0, 0, -1}));
-  const Matrix two = column({1, 2});
+  const OwnedMatrix two = column({1, 2});
   expect_refused([&] { return MatCrossProduct(&r, &x, &two); }, 3, "MatCrossProduct", kFile);
   expect_refused([&] { return MatCrossProduct(nullptr, &x, &y); }, 2, "MatCrossProduct", kFile);
 }
@@ -361,12 +361,12 @@ struct Named {
 };
 
 TEST(Refusal, every_form_of_two_matrices_refuses_bad_arguments_and_writes_nothing) {
-  const Matrix good(2, 2, {1, 2, 3, 4});
-  Matrix bad = good;
+  const OwnedMatrix good(2, 2, {1, 2, 3, 4});
+  OwnedMatrix bad = good;
   bad(1, 0) = kNan;
-  const Matrix other(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9});
-  Matrix r(2, 2, {5, 6, 7, 8});
-  Matrix small(1, 2, {5, 6});
+  const OwnedMatrix other(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9});
+  OwnedMatrix r(2, 2, {5, 6, 7, 8});
+  OwnedMatrix small(1, 2, {5, 6});
   RealMatrix none;
   for (const auto& form : {Named{MatMultRAB, "MatMultRAB"},
                            {MatMultRABt, "MatMultRABt"},
@@ -389,12 +389,12 @@ TEST(Refusal, every_form_of_two_matrices_refuses_bad_arguments_and_writes_nothin
 }
 
 TEST(Refusal, every_form_with_a_diagonal_refuses_bad_arguments_and_writes_nothing) {
-  const Matrix good(2, 2, {1, 2, 3, 4});
+  const OwnedMatrix good(2, 2, {1, 2, 3, 4});
   Diagonal d{1, 2};
   Diagonal three{1, 2, 3};
   Diagonal bad{1, kNan};
-  Matrix r(2, 2, {5, 6, 7, 8});
-  Matrix small(2, 1, {5, 6});
+  OwnedMatrix r(2, 2, {5, 6, 7, 8});
+  OwnedMatrix small(2, 1, {5, 6});
   using Call = int (*)(RealMatrix*, const DiagonalMatrix*, const RealMatrix*);
   struct Form {
     Call call;
@@ -427,7 +427,7 @@ TEST(Refusal, every_form_with_a_diagonal_refuses_bad_arguments_and_writes_nothin
   expect_refused([&] { return MatScaleRsD(&r, 1, nullptr); }, 2, "MatScaleRsD", kFile);
   EXPECT_EQ(elements(r), (Values{5, 6, 7, 8}));
 
-  const Matrix wide(1, 2, {1, 2});
+  const OwnedMatrix wide(1, 2, {1, 2});
   Diagonal result{8, 9};
   expect_refused([&] { return MatMultDAB(&result, &wide, &good); }, 3, "MatMultDAB", kFile);
   expect_refused([&] { return MatMultDAB(nullptr, &good, &good); }, 2, "MatMultDAB", kFile);
@@ -437,11 +437,11 @@ TEST(Refusal, every_form_with_a_diagonal_refuses_bad_arguments_and_writes_nothin
 }
 
 TEST(Refusal, forms_of_one_matrix_refuse_bad_arguments) {
-  const Matrix good(2, 2, {1, 2, 3, 4});
-  Matrix bad = good;
+  const OwnedMatrix good(2, 2, {1, 2, 3, 4});
+  OwnedMatrix bad = good;
   bad(0, 1) = kInfinity;
-  Matrix r(2, 2, {5, 6, 7, 8});
-  Matrix small(1, 1, {5});
+  OwnedMatrix r(2, 2, {5, 6, 7, 8});
+  OwnedMatrix small(1, 1, {5});
   expect_refused([&] { return MatTranspose(&r, nullptr); }, 2, "MatTranspose", kFile);
   expect_refused([&] { return MatTranspose(&r, &bad); }, 3, "MatTranspose", kFile);
   expect_refused([&] { return MatTranspose(&small, &good); }, 4, "MatTranspose", kFile);

@@ -20,9 +20,9 @@ class Crout : public CroutMatrix {
   Crout& operator=(const Crout&) = delete;
 };
 
-Matrix symmetric(Random& random, int size) {
-  const Matrix root = random.matrix(size, size, 1);
-  Matrix m(size, size);
+OwnedMatrix symmetric(Random& random, int size) {
+  const OwnedMatrix root = random.matrix(size, size, 1);
+  OwnedMatrix m(size, size);
   MatMultRABt(&m, &root, &root);
   for (int i = 0; i < size; ++i) m(i, i) += 0.5;
   return m;
@@ -30,8 +30,8 @@ Matrix symmetric(Random& random, int size) {
 
 TEST(UDUt, by_hand) {
   // From the last row up: d1 = 4, u01 = 2 / 4, d0 = 3 - 0.5 * 4 * 0.5.
-  const Matrix a(2, 2, {3, 2, 2, 4});
-  Matrix u(2, 2);
+  const OwnedMatrix a(2, 2, {3, 2, 2, 4});
+  OwnedMatrix u(2, 2);
   Diagonal d(2);
   ASSERT_EQ(MatUDUtDecompUDA(&u, &d, &a), 0);
   EXPECT_EQ(elements(u), (Values{1, 0.5, 0, 1}));
@@ -40,8 +40,8 @@ TEST(UDUt, by_hand) {
 }
 
 TEST(UDUt, reads_the_upper_triangle_alone) {
-  const Matrix a(2, 2, {3, 2, 99, 4});
-  Matrix u(2, 2);
+  const OwnedMatrix a(2, 2, {3, 2, 99, 4});
+  OwnedMatrix u(2, 2);
   Diagonal d(2);
   ASSERT_EQ(MatUDUtDecompUDA(&u, &d, &a), 0);
   EXPECT_EQ(elements(u), (Values{1, 0.5, 0, 1}));
@@ -52,12 +52,12 @@ TEST(UDUt, its_factors_multiply_back) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   Random random(kSeed);
   for (int size = 1; size <= 12; ++size) {
-    const Matrix a = symmetric(random, size);
-    Matrix u(size, size);
+    const OwnedMatrix a = symmetric(random, size);
+    OwnedMatrix u(size, size);
     Diagonal d(size);
     ASSERT_EQ(MatUDUtDecompUDA(&u, &d, &a), 0);
-    Matrix ud(size, size);
-    Matrix back(size, size);
+    OwnedMatrix ud(size, size);
+    OwnedMatrix back(size, size);
     MatMultRAD(&ud, &u, &d);
     MatMultRABt(&back, &ud, &u);
     expect_near(back, a, 1e-12 * size);
@@ -70,9 +70,9 @@ TEST(UDUt, its_factors_multiply_back) {
 
 TEST(UDUt, a_diagonal_below_the_limit_is_refused_and_nothing_is_written) {
   const char* text = "Encountered ill-conditioned matrix in UDUt decomposition";
-  Matrix u(2, 2, {7, 7, 7, 7});
+  OwnedMatrix u(2, 2, {7, 7, 7, 7});
   Diagonal d{8, 8};
-  const auto refused = [&](const Matrix& a) {
+  const auto refused = [&](const OwnedMatrix& a) {
     expect_refused([&] { return MatUDUtDecompUDA(&u, &d, &a); }, 5, "MatUDUtDecompUDA", kFile,
                    text);
   };
@@ -82,23 +82,23 @@ TEST(UDUt, a_diagonal_below_the_limit_is_refused_and_nothing_is_written) {
   EXPECT_EQ(elements(u), (Values{7, 7, 7, 7}));
   EXPECT_EQ(d.storage(), (Values{8, 8}));
 
-  const Matrix just(2, 2, {1, 0, 0, 1e-20});
+  const OwnedMatrix just(2, 2, {1, 0, 0, 1e-20});
   EXPECT_EQ(MatUDUtDecompUDA(&u, &d, &just), 0);
   EXPECT_EQ(d.storage(), (Values{1, 1e-20}));
 }
 
 TEST(UDUt, the_upper_factor_may_replace_its_argument) {
-  Matrix a(2, 2, {3, 2, 2, 4});
+  OwnedMatrix a(2, 2, {3, 2, 2, 4});
   Diagonal d(2);
   ASSERT_EQ(MatUDUtDecompUDA(&a, &d, &a), 0);
   EXPECT_EQ(elements(a), (Values{1, 0.5, 0, 1}));
 }
 
 TEST(UDUt, bad_arguments_are_refused) {
-  const Matrix a(2, 2, {3, 2, 2, 4});
-  const Matrix wide(1, 2, {3, 2});
-  Matrix u(2, 2);
-  Matrix small(1, 2);
+  const OwnedMatrix a(2, 2, {3, 2, 2, 4});
+  const OwnedMatrix wide(1, 2, {3, 2});
+  OwnedMatrix u(2, 2);
+  OwnedMatrix small(1, 2);
   Diagonal d(2);
   Diagonal one(1);
   const char* name = "MatUDUtDecompUDA";
@@ -112,9 +112,9 @@ TEST(UDUt, bad_arguments_are_refused) {
 
 TEST(Ubksb, solves_from_the_last_row_up) {
   // x2 = 8 / 4 = 2, x1 = (7 - 3 * 2) / 1 = 1, x0 = (13 - 1 - 3 * 2) / 2 = 3
-  const Matrix u(3, 3, {2, 1, 3, 99, 1, 3, 99, 99, 4});
-  Matrix b = column({13, 7, 8});
-  Matrix r(3, 1);
+  const OwnedMatrix u(3, 3, {2, 1, 3, 99, 1, 3, 99, 99, 4});
+  OwnedMatrix b = column({13, 7, 8});
+  OwnedMatrix r(3, 1);
   ASSERT_EQ(MatUbksbRUB(&r, &u, &b), 0);
   EXPECT_EQ(elements(r), (Values{3, 1, 2}));
   ASSERT_EQ(MatUbksbRUB(&b, &u, &b), 0);
@@ -122,15 +122,15 @@ TEST(Ubksb, solves_from_the_last_row_up) {
 }
 
 TEST(Ubksb, a_zero_on_the_diagonal_is_refused) {
-  const Matrix u(2, 2, {1, 5, 0, 0.9e-20});
-  const Matrix b = column({1, 2});
-  Matrix r = column({8, 9});
+  const OwnedMatrix u(2, 2, {1, 5, 0, 0.9e-20});
+  const OwnedMatrix b = column({1, 2});
+  OwnedMatrix r = column({8, 9});
   expect_refused([&] { return MatUbksbRUB(&r, &u, &b); }, 5, "MatUbksbRUB", kFile);
-  const Matrix three = column({1, 2, 3});
+  const OwnedMatrix three = column({1, 2, 3});
   expect_refused([&] { return MatUbksbRUB(&r, &u, &three); }, 3, "MatUbksbRUB", kFile);
   expect_refused([&] { return MatUbksbRUB(&r, nullptr, &b); }, 2, "MatUbksbRUB", kFile);
-  const Matrix unit(2, 2, {1, 5, 0, 1});
-  Matrix small(1, 1, {4});
+  const OwnedMatrix unit(2, 2, {1, 5, 0, 1});
+  OwnedMatrix small(1, 1, {4});
   expect_refused([&] { return MatUbksbRUB(&small, &unit, &b); }, 4, "MatUbksbRUB", kFile);
   EXPECT_EQ(elements(r), (Values{8, 9}));
 }
@@ -138,7 +138,7 @@ TEST(Ubksb, a_zero_on_the_diagonal_is_refused) {
 TEST(CroutFactors, by_hand_with_an_exchange) {
   // Shares of the first column: 1/2 in row 0, 4/4 in row 1. Rows change places: pivot 4, then
   // u01 = 2/4, l10 = 1, l11 = 2 - 1 * 0.5.
-  const Matrix a(2, 2, {1, 2, 4, 2});
+  const OwnedMatrix a(2, 2, {1, 2, 4, 2});
   Crout c(2);
   ASSERT_EQ(MatCroutDecompCA(&c, &a), 0);
   EXPECT_EQ(c.size, 2);
@@ -151,21 +151,21 @@ TEST(CroutFactors, by_hand_with_an_exchange) {
 }
 
 TEST(CroutFactors, a_zero_in_the_first_place_is_no_obstacle) {
-  const Matrix a(3, 3, {0, 1, 0, 0, 0, 1, 1, 0, 0});
+  const OwnedMatrix a(3, 3, {0, 1, 0, 0, 0, 1, 1, 0, 0});
   Crout c(3);
   ASSERT_EQ(MatCroutDecompCA(&c, &a), 0);
   double s = 0;
   ASSERT_EQ(MatCroutDetSC(&s, &c), 0);
   EXPECT_EQ(s, 1);  // an even permutation
-  const Matrix b = column({1, 2, 3});
-  Matrix r(3, 1);
+  const OwnedMatrix b = column({1, 2, 3});
+  OwnedMatrix r(3, 1);
   ASSERT_EQ(MatCroutSolveRCB(&r, &c, &b), 0);
   EXPECT_EQ(elements(r), (Values{3, 1, 2}));
 }
 
 TEST(CroutFactors, the_determinant_of_three_rows_by_hand) {
   // 2 (1 * 5 - 4 * -2) + 1 (3 * 5 - 4 * 1) + 0 = 26 + 11
-  const Matrix a(3, 3, {2, -1, 0, 3, 1, 4, 1, -2, 5});
+  const OwnedMatrix a(3, 3, {2, -1, 0, 3, 1, 4, 1, -2, 5});
   Crout c(3);
   ASSERT_EQ(MatCroutDecompCA(&c, &a), 0);
   double s = 0;
@@ -179,22 +179,22 @@ TEST(CroutFactors, solutions_and_inverses_hold_over_random_matrices) {
   Random random(kSeed);
   for (int round = 0; round < 200; ++round) {
     const int size = random.integer(1, 20);
-    Matrix a = random.matrix(size, size, 1);
+    OwnedMatrix a = random.matrix(size, size, 1);
     for (int i = 0; i < size; ++i) a(i, (i + 1) % size) += 4;  // well away from singular
-    const Matrix b = random.matrix(size, 3);
+    const OwnedMatrix b = random.matrix(size, 3);
     Crout c(size);
     ASSERT_EQ(MatCroutDecompCA(&c, &a), 0);
-    Matrix x(size, 3);
+    OwnedMatrix x(size, 3);
     ASSERT_EQ(MatCroutSolveRCB(&x, &c, &b), 0);
-    Matrix back(size, 3);
+    OwnedMatrix back(size, 3);
     MatMultRAB(&back, &a, &x);
     expect_near(back, b, 1e-10);
-    Matrix inverse(size, size);
+    OwnedMatrix inverse(size, size);
     ASSERT_EQ(MatCroutInvertRC(&inverse, &c), 0);
-    Matrix unit(size, size);
+    OwnedMatrix unit(size, size);
     MatMultRAB(&unit, &a, &inverse);
     expect_near(unit, identity(size), 1e-10);
-    Matrix direct(size, size);
+    OwnedMatrix direct(size, size);
     ASSERT_EQ(MatInvRA(&direct, &a), 0);
     EXPECT_EQ(elements(direct), elements(inverse));
   }
@@ -203,7 +203,7 @@ TEST(CroutFactors, solutions_and_inverses_hold_over_random_matrices) {
 TEST(CroutFactors, the_determinant_of_a_product_is_the_product_of_determinants) {
   constexpr unsigned kSeed = 5;
   Random random(kSeed);
-  const auto determinant = [](const Matrix& a) {
+  const auto determinant = [](const OwnedMatrix& a) {
     Crout c(a.rows);
     double s = 0;
     EXPECT_EQ(MatCroutDecompCA(&c, &a), 0);
@@ -211,16 +211,16 @@ TEST(CroutFactors, the_determinant_of_a_product_is_the_product_of_determinants) 
     return s;
   };
   for (int round = 0; round < 50; ++round) {
-    const Matrix a = random.matrix(4, 4, 1);
-    const Matrix b = random.matrix(4, 4, 1);
-    Matrix ab(4, 4);
+    const OwnedMatrix a = random.matrix(4, 4, 1);
+    const OwnedMatrix b = random.matrix(4, 4, 1);
+    OwnedMatrix ab(4, 4);
     MatMultRAB(&ab, &a, &b);
     EXPECT_NEAR(determinant(ab), determinant(a) * determinant(b), 1e-12);
   }
 }
 
 TEST(CroutFactors, rows_of_very_different_size_are_not_ill_conditioned) {
-  const Matrix a(2, 2, {1e200, 2e200, 3e-200, 4e-200});
+  const OwnedMatrix a(2, 2, {1e200, 2e200, 3e-200, 4e-200});
   Crout c(2);
   ASSERT_EQ(MatCroutDecompCA(&c, &a), 0);
   double s = 0;
@@ -230,22 +230,22 @@ TEST(CroutFactors, rows_of_very_different_size_are_not_ill_conditioned) {
 
 TEST(CroutFactors, a_known_inverse) {
   // The inverse of the Hilbert matrix of three rows has whole numbers.
-  const Matrix a(3, 3,
-                 {1.0, 1.0 / 2, 1.0 / 3, 1.0 / 2, 1.0 / 3, 1.0 / 4, 1.0 / 3, 1.0 / 4, 1.0 / 5});
-  const Matrix expected(3, 3, {9, -36, 30, -36, 192, -180, 30, -180, 180});
-  Matrix r(3, 3);
+  const OwnedMatrix a(
+      3, 3, {1.0, 1.0 / 2, 1.0 / 3, 1.0 / 2, 1.0 / 3, 1.0 / 4, 1.0 / 3, 1.0 / 4, 1.0 / 5});
+  const OwnedMatrix expected(3, 3, {9, -36, 30, -36, 192, -180, 30, -180, 180});
+  OwnedMatrix r(3, 3);
   ASSERT_EQ(MatInvRA(&r, &a), 0);
   expect_near(r, expected, 1e-10);
 }
 
 TEST(CroutFactors, singular_matrices_are_refused_and_the_record_is_empty) {
   Crout c(3);
-  const auto refused = [&](const Matrix& a) {
+  const auto refused = [&](const OwnedMatrix& a) {
     c.size = 3;
     expect_refused([&] { return MatCroutDecompCA(&c, &a); }, 5, "MatCroutDecompCA", kFile,
                    kDecomposition);
     EXPECT_EQ(c.size, 0);
-    Matrix r(3, 3, {1, 1, 1, 1, 1, 1, 1, 1, 1});
+    OwnedMatrix r(3, 3, {1, 1, 1, 1, 1, 1, 1, 1, 1});
     expect_refused([&] { return MatInvRA(&r, &a); }, 5, "MatCroutDecompCA", kFile, kDecomposition);
     EXPECT_EQ(r(0, 0), 1);
   };
@@ -260,8 +260,8 @@ TEST(CroutFactors, a_zero_pivot_in_the_record_is_refused) {
   std::array<double, 4> data{1, 2, 3, 0};
   std::array<int, 2> pivots{0, 1};
   const CroutMatrix c{data.data(), pivots.data(), 2, 2};
-  const Matrix b = column({1, 2});
-  Matrix r(2, 2, {5, 6, 7, 8});
+  const OwnedMatrix b = column({1, 2});
+  OwnedMatrix r(2, 2, {5, 6, 7, 8});
   expect_refused([&] { return MatCroutSolveRCB(&r, &c, &b); }, 5, "MatCroutSolveRCB", kFile,
                  "Encountered ill-conditioned matrix in Crout solver");
   expect_refused([&] { return MatCroutInvertRC(&r, &c); }, 5, "MatCroutInvertRC", kFile,
@@ -273,10 +273,10 @@ TEST(CroutFactors, a_zero_pivot_in_the_record_is_refused) {
 }
 
 TEST(CroutFactors, bad_arguments_are_refused) {
-  const Matrix a(2, 2, {1, 2, 3, 4});
-  const Matrix wide(1, 2, {1, 2});
-  Matrix r(2, 2);
-  Matrix small(1, 1);
+  const OwnedMatrix a(2, 2, {1, 2, 3, 4});
+  const OwnedMatrix wide(1, 2, {1, 2});
+  OwnedMatrix r(2, 2);
+  OwnedMatrix small(1, 1);
   Crout c(2);
   Crout one(1);
   double s = 0;
@@ -301,8 +301,8 @@ TEST(CroutFactors, bad_arguments_are_refused) {
 }
 
 TEST(CroutFactors, results_may_replace_their_arguments) {
-  Matrix a(2, 2, {2, 0, 0, 4});
-  Matrix b = column({6, 8});
+  OwnedMatrix a(2, 2, {2, 0, 0, 4});
+  OwnedMatrix b = column({6, 8});
   Crout c(2);
   ASSERT_EQ(MatCroutDecompCA(&c, &a), 0);
   ASSERT_EQ(MatCroutSolveRCB(&b, &c, &b), 0);

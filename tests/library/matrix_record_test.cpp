@@ -128,7 +128,7 @@ TEST(CroutMatrix, allocation_gives_a_square_and_its_pivots) {
 }
 
 TEST(MatCheck, says_what_is_wrong_with_a_record) {
-  Matrix good(2, 2, {1, 2, 3, 4});
+  OwnedMatrix good(2, 2, {1, 2, 3, 4});
   EXPECT_EQ(MatCheck(&good), 0);
   expect_refused([] { return MatCheck(nullptr); }, 2, "MatCheck", kFile);
 
@@ -149,7 +149,7 @@ TEST(MatCheck, says_what_is_wrong_with_a_record) {
 }
 
 TEST(MatCheck, looks_only_at_what_is_in_use) {
-  Matrix m(2, 2, {1, kNan, 3, kNan});
+  OwnedMatrix m(2, 2, {1, kNan, 3, kNan});
   m.cols = 1;
   EXPECT_EQ(MatCheck(&m), 0);
 }
@@ -169,7 +169,7 @@ TEST(MatDCheck, says_what_is_wrong_with_a_record) {
 }
 
 TEST(Filling, values_go_in_row_by_row) {
-  Matrix m(3, 3);
+  OwnedMatrix m(3, 3);
   ASSERT_EQ(MatFillR(&m, 2, 3, {1, 2, 3, 4, 5, 6}), 0);
   EXPECT_EQ(m.rows, 2);
   EXPECT_EQ(m.cols, 3);
@@ -195,7 +195,7 @@ TEST(Filling, a_new_matrix_is_allocated_to_its_shape) {
 }
 
 TEST(Filling, a_count_that_is_not_that_of_the_shape_is_refused) {
-  Matrix m(2, 2, {1, 2, 3, 4});
+  OwnedMatrix m(2, 2, {1, 2, 3, 4});
   expect_refused([&] { return MatFillR(&m, 2, 2, {1, 2, 3}); }, 3, "MatFillR", kFile);
   expect_refused([&] { return MatFillR(&m, 2, 2, {1, 2, 3, 4, 5}); }, 3, "MatFillR", kFile);
   expect_refused([&] { return MatFillR(&m, -1, -4, {1, 2, 3, 4}); }, 3, "MatFillR", kFile);
@@ -205,8 +205,8 @@ TEST(Filling, a_count_that_is_not_that_of_the_shape_is_refused) {
 }
 
 TEST(Filling, a_result_too_small_is_refused_and_untouched) {
-  Matrix m(2, 2, {1, 2, 3, 4});
-  Matrix wide(1, 3, {5, 6, 7});
+  OwnedMatrix m(2, 2, {1, 2, 3, 4});
+  OwnedMatrix wide(1, 3, {5, 6, 7});
   const double values[] = {5, 6, 7};
   expect_refused([&] { return MatFillR(&m, 3, 1, {1, 2, 3}); }, 4, "MatFillR", kFile);
   expect_refused([&] { return MatFillRs(&m, 1, 3, 0); }, 4, "MatFillRs", kFile);
@@ -219,7 +219,7 @@ TEST(Filling, a_result_too_small_is_refused_and_untouched) {
 }
 
 TEST(Filling, one_number_fills_a_shape) {
-  Matrix m(2, 3);
+  OwnedMatrix m(2, 3);
   ASSERT_EQ(MatFillRs(&m, 2, 2, -1.5), 0);
   EXPECT_EQ(elements(m), (Values{-1.5, -1.5, -1.5, -1.5}));
   EXPECT_EQ(m(0, 2), 0);
@@ -247,7 +247,7 @@ TEST(Filling, diagonals_take_values_or_one_number) {
 }
 
 TEST(Filling, the_unit_matrix_has_ones_on_its_diagonal) {
-  Matrix m(2, 3);
+  OwnedMatrix m(2, 3);
   ASSERT_EQ(MatIdentityR(&m, 2), 0);
   EXPECT_EQ(elements(m), (Values{1, 0, 0, 1}));
   expect_refused([&] { return MatIdentityR(&m, 0); }, 3, "MatIdentityR", kFile);
@@ -255,8 +255,8 @@ TEST(Filling, the_unit_matrix_has_ones_on_its_diagonal) {
 }
 
 TEST(Filling, copies_take_values_and_shape_but_not_stride) {
-  Matrix a(2, 2, {1, 2, 3, 4});
-  Matrix r(3, 4);
+  OwnedMatrix a(2, 2, {1, 2, 3, 4});
+  OwnedMatrix r(3, 4);
   ASSERT_EQ(MatCopyRA(&r, &a), 0);
   EXPECT_EQ(elements(r), (Values{1, 2, 3, 4}));
   EXPECT_EQ(r.cols_allocated, 4);
@@ -278,7 +278,7 @@ TEST(Filling, copies_take_values_and_shape_but_not_stride) {
 }
 
 TEST(Filling, a_copy_onto_a_shifted_view_of_itself_is_whole) {
-  Matrix parent(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9});
+  OwnedMatrix parent(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9});
   RealMatrix upper;
   RealMatrix lower;
   MatSubAccessRA(&upper, &parent, 0, 0, 2, 3);
@@ -289,7 +289,7 @@ TEST(Filling, a_copy_onto_a_shifted_view_of_itself_is_whole) {
 
 TEST(Filling, arrays_go_in_and_out_without_gaps) {
   const std::array<double, 6> in{1, 2, 3, 4, 5, 6};
-  Matrix m(3, 4);
+  OwnedMatrix m(3, 4);
   ASSERT_EQ(double2Mat(&m, in.data(), 2, 3), 0);
   EXPECT_EQ(m(1, 0), 4);
   std::array<double, 7> out{0, 0, 0, 0, 0, 0, -1};
@@ -307,7 +307,7 @@ TEST(Filling, arrays_go_in_and_out_without_gaps) {
 }
 
 TEST(Views, a_sub_matrix_shares_storage_with_its_parent) {
-  Matrix a(3, 4, {0, 1, 2, 3, 10, 11, 12, 13, 20, 21, 22, 23});
+  OwnedMatrix a(3, 4, {0, 1, 2, 3, 10, 11, 12, 13, 20, 21, 22, 23});
   RealMatrix view;
   ASSERT_EQ(MatSubAccessRA(&view, &a, 1, 2, 3, 4), 0);
   EXPECT_EQ(view.data, a.data + 6);
@@ -322,7 +322,7 @@ TEST(Views, a_sub_matrix_shares_storage_with_its_parent) {
 }
 
 TEST(Views, a_part_of_an_empty_matrix_can_be_filled_through_its_view) {
-  Matrix a(2, 2);
+  OwnedMatrix a(2, 2);
   RealMatrix view;
   ASSERT_EQ(MatSubAccessRA(&view, &a, 1, 1, 2, 2), 0);
   ASSERT_EQ(MatFillRs(&view, 1, 1, 5), 0);
@@ -330,7 +330,7 @@ TEST(Views, a_part_of_an_empty_matrix_can_be_filled_through_its_view) {
 }
 
 TEST(Views, a_part_beyond_the_parent_is_refused) {
-  Matrix a(2, 3, {1, 2, 3, 4, 5, 6});
+  OwnedMatrix a(2, 3, {1, 2, 3, 4, 5, 6});
   RealMatrix view{nullptr, 9, 9, 9, 9};
   const auto refused = [&](int r0, int c0, int r1, int c1) {
     expect_refused([&] { return MatSubAccessRA(&view, &a, r0, c0, r1, c1); }, 3, "MatSubAccessRA",
@@ -364,7 +364,7 @@ TEST(Views, a_part_of_a_diagonal_shares_its_storage) {
 }
 
 TEST(Views, the_diagonal_of_a_matrix_is_a_column) {
-  Matrix a(3, 4, {1, 0, 0, 0, 0, 2, 0, 0, 0, 0, 3, 0});
+  OwnedMatrix a(3, 4, {1, 0, 0, 0, 0, 2, 0, 0, 0, 0, 3, 0});
   RealMatrix view;
   ASSERT_EQ(MatDiagSubAccessVA(&view, &a, 0, 3), 0);
   EXPECT_EQ(view.cols, 1);

@@ -141,7 +141,7 @@ TEST_F(MatrixText, a_diagonal_is_one_row_or_one_column) {
 }
 
 TEST_F(MatrixText, a_file_written_has_the_shortest_exact_numbers) {
-  const Matrix a(2, 2, {1, -0.1, 1e300, 2.5});
+  const OwnedMatrix a(2, 2, {1, -0.1, 1e300, 2.5});
   ASSERT_EQ(MatWrite(&a, path_.c_str()), 0);
   EXPECT_EQ(content(), "1 -0.1\n1e+300 2.5\n");
   Diagonal d{0.5, 3};
@@ -153,7 +153,7 @@ TEST_F(MatrixText, what_was_written_reads_back_to_the_bit) {
   constexpr unsigned kSeed = 99;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   Random random(kSeed);
-  Matrix a = random.matrix(20, 7);
+  OwnedMatrix a = random.matrix(20, 7);
   a(0, 0) = 5e-324;
   a(0, 1) = 1.7976931348623157e308;
   a(0, 2) = -0.0;
@@ -173,8 +173,8 @@ TEST_F(MatrixText, what_was_written_reads_back_to_the_bit) {
 }
 
 TEST_F(MatrixText, what_cannot_be_written_is_refused) {
-  const Matrix a(1, 2, {1, 2});
-  const Matrix bad(1, 2, {1, kNan});
+  const OwnedMatrix a(1, 2, {1, 2});
+  const OwnedMatrix bad(1, 2, {1, kNan});
   Diagonal d{1};
   const std::string nowhere = path_ + "/none/file";
   expect_refused([&] { return MatWrite(&a, nowhere.c_str()); }, 6, "MatWrite", kFile);
@@ -188,7 +188,7 @@ TEST_F(MatrixText, what_cannot_be_written_is_refused) {
 }
 
 TEST_F(MatrixText, a_matrix_is_shown_in_columns) {
-  const Matrix a(2, 2, {1, -0.5, 1234567.25, kNan});
+  const OwnedMatrix a(2, 2, {1, -0.5, 1234567.25, kNan});
   EXPECT_EQ(printed([&](std::FILE* out) { return MatPrint(&a, out); }),
             "               1            -0.5\n"
             "       1234567.2             nan\n");
@@ -214,7 +214,7 @@ TEST_F(MatrixText, empty_records_are_shown_as_nothing) {
 }
 
 TEST_F(MatrixText, what_cannot_be_shown_is_refused) {
-  const Matrix a(1, 1, {1});
+  const OwnedMatrix a(1, 1, {1});
   Diagonal d{1};
   expect_refused([&] { return MatPrint(&a, nullptr); }, 2, "MatPrint", kFile);
   expect_refused([&] { return MatPrint(nullptr, stdout); }, 2, "MatPrint", kFile);

@@ -32,26 +32,26 @@ Quaternion product(const Quaternion& a, const Quaternion& b) {
   return r;
 }
 
-Quaternion of_euler(const Matrix& e) {
+Quaternion of_euler(const OwnedMatrix& e) {
   Quaternion q;
   EXPECT_EQ(QuatFromEulerRE(&q, &e), 0);
   return q;
 }
 
-Quaternion of_rotation(const Matrix& vector) {
+Quaternion of_rotation(const OwnedMatrix& vector) {
   Quaternion q;
   EXPECT_EQ(QuatFromRotVecRA(&q, &vector), 0);
   return q;
 }
 
-Matrix matrix_of(const Quaternion& q) {
-  Matrix c(3, 3);
+OwnedMatrix matrix_of(const Quaternion& q) {
+  OwnedMatrix c(3, 3);
   EXPECT_EQ(Quat2DirCos(&c, &q), 0);
   return c;
 }
 
-Matrix rotation_vector(const Quaternion& q) {
-  Matrix r(3, 1);
+OwnedMatrix rotation_vector(const Quaternion& q) {
+  OwnedMatrix r(3, 1);
   EXPECT_EQ(Quat2RotVecRQ(&r, &q), 0);
   return r;
 }
@@ -137,12 +137,12 @@ TEST(Normalise, a_squared_norm_at_the_limit_is_refused_and_one_above_it_is_not) 
 TEST(Rotation, a_quarter_turn_about_down_takes_forward_to_right) {
   const double s = std::sqrt(0.5);
   const Quaternion q{s, 0, 0, s};
-  const Matrix a(3, 2, {1, 0, 0, 1, 0, 0});  // columns forward and right
-  Matrix r(3, 2);
+  const OwnedMatrix a(3, 2, {1, 0, 0, 1, 0, 0});  // columns forward and right
+  OwnedMatrix r(3, 2);
   ASSERT_EQ(QuatRotatesMatrixRAQ(&r, &a, &q), 0);
-  expect_near(r, Matrix(3, 2, {0, -1, 1, 0, 0, 0}), 1e-15);
+  expect_near(r, OwnedMatrix(3, 2, {0, -1, 1, 0, 0, 0}), 1e-15);
   ASSERT_EQ(QuatRotatesMatrixRAQc(&r, &a, &q), 0);
-  expect_near(r, Matrix(3, 2, {0, 1, -1, 0, 0, 0}), 1e-15);
+  expect_near(r, OwnedMatrix(3, 2, {0, 1, -1, 0, 0, 0}), 1e-15);
 }
 
 TEST(Rotation, agrees_with_the_product_on_both_sides) {
@@ -151,17 +151,17 @@ TEST(Rotation, agrees_with_the_product_on_both_sides) {
   Random random(kSeed);
   for (int round = 0; round < 200; ++round) {
     const Quaternion q = of_rotation(random.matrix(3, 1, 3));
-    Matrix v = random.matrix(3, 1);
+    OwnedMatrix v = random.matrix(3, 1);
     Quaternion conjugate;
     QuatConjugate(&conjugate, &q);
     const Quaternion turned = product(product(q, {0, v(0, 0), v(1, 0), v(2, 0)}), conjugate);
-    Matrix r(3, 1);
+    OwnedMatrix r(3, 1);
     ASSERT_EQ(QuatRotatesMatrixRAQ(&r, &v, &q), 0);
     expect_near(r, column({turned.x, turned.y, turned.z}), 1e-13);
     ASSERT_EQ(QuatRotatesMatrixRAQc(&r, &r, &q), 0);
     expect_near(r, v, 1e-13);
-    Matrix by_matrix(3, 1);
-    const Matrix c = matrix_of(q);
+    OwnedMatrix by_matrix(3, 1);
+    const OwnedMatrix c = matrix_of(q);
     MatMultRAB(&by_matrix, &c, &v);
     ASSERT_EQ(QuatRotatesMatrixRAQ(&v, &v, &q), 0);
     expect_near(v, by_matrix, 1e-13);
@@ -191,29 +191,29 @@ TEST(RotationVector, comes_back_up_to_half_a_turn) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   Random random(kSeed);
   for (int round = 0; round < 500; ++round) {
-    const Matrix v = random.matrix(3, 1, 1.8);  // no longer than 1.8 sqrt 3 < pi
+    const OwnedMatrix v = random.matrix(3, 1, 1.8);  // no longer than 1.8 sqrt 3 < pi
     expect_near(rotation_vector(of_rotation(v)), v, 1e-14);
   }
   for (const double size : {1e-5, 1e-9, 1e-150, 1e-300, 1e-307}) {
-    const Matrix v = column({size, 0, 0});
+    const OwnedMatrix v = column({size, 0, 0});
     EXPECT_NEAR(rotation_vector(of_rotation(v))(0, 0) / size, 1, 1e-15) << size;
   }
 }
 
 TEST(RotationVector, takes_the_shorter_way_round) {
   // 270 degrees one way is 90 the other.
-  const Matrix r = rotation_vector(of_rotation(column({0, 1.5 * kPi, 0})));
+  const OwnedMatrix r = rotation_vector(of_rotation(column({0, 1.5 * kPi, 0})));
   expect_near(r, column({0, -kRight, 0}), 1e-15);
-  const Matrix half = rotation_vector({0, 0, 0, 1});
+  const OwnedMatrix half = rotation_vector({0, 0, 0, 1});
   expect_near(half, column({0, 0, kPi}), 1e-15);
 }
 
 TEST(AngularRate, is_the_rotation_over_time) {
-  const Matrix rate = column({0.1, -0.2, 0.3});
+  const OwnedMatrix rate = column({0.1, -0.2, 0.3});
   Quaternion q;
   ASSERT_EQ(QuatFromAngRateRA(&q, &rate, 2), 0);
   expect_near(q, of_rotation(column({0.2, -0.4, 0.6})), 1e-16);
-  Matrix r(3, 1);
+  OwnedMatrix r(3, 1);
   ASSERT_EQ(Quat2AngRateRQ(&r, &q, 2), 0);
   expect_near(r, rate, 1e-15);
   ASSERT_EQ(Quat2AngRateRQ(&r, &q, -2), 0);
@@ -224,7 +224,7 @@ TEST(AngularRate, is_the_rotation_over_time) {
 
 TEST(AngularRate, times_without_a_rate_are_refused) {
   const Quaternion q = of_rotation(column({1, 0, 0}));
-  Matrix r = column({7, 7, 7});
+  OwnedMatrix r = column({7, 7, 7});
   expect_refused([&] { return Quat2AngRateRQ(&r, &q, 0); }, 3, "Quat2AngRateRQ", kFile);
   expect_refused([&] { return Quat2AngRateRQ(&r, &q, kNan); }, 3, "Quat2AngRateRQ", kFile);
   expect_refused([&] { return Quat2AngRateRQ(&r, &q, 5e-324); }, 3, "Quat2AngRateRQ", kFile);
@@ -240,12 +240,12 @@ TEST(Attitude, agrees_with_the_matrices_over_a_dense_grid) {
   for (int heading = -175; heading <= 180; heading += 15) {
     for (int pitch = -90; pitch <= 90; pitch += 6) {
       for (int roll = -170; roll < 180; roll += 14) {
-        const Matrix e = column({radians(heading), radians(pitch), radians(roll)});
+        const OwnedMatrix e = column({radians(heading), radians(pitch), radians(roll)});
         const Quaternion q = of_euler(e);
-        Matrix c(3, 3);
+        OwnedMatrix c(3, 3);
         ASSERT_EQ(Euler2DirCos(&c, &e), 0);
         expect_near(matrix_of(q), c, 1e-15);
-        Matrix back(3, 1);
+        OwnedMatrix back(3, 1);
         ASSERT_EQ(Quat2EulerRQ(&back, &q), 0);
         if (std::abs(pitch) < 90) {
           expect_near(back, e, 1e-13);
@@ -267,7 +267,7 @@ TEST(Attitude, a_product_turns_first_by_its_second_factor) {
 
 TEST(Interpolation, meets_its_ends_and_goes_on_at_a_steady_rate) {
   const Quaternion a = of_euler(column({0.2, 0.1, -0.4}));
-  const Matrix step = column({0.3, -0.5, 0.7});
+  const OwnedMatrix step = column({0.3, -0.5, 0.7});
   const Quaternion b = product(a, of_rotation(step));
   const auto at = [&](double fraction) {
     Quaternion r;
@@ -344,11 +344,11 @@ TEST(QuaternionRefusal, forms_with_matrices_refuse_bad_arguments_and_write_nothi
   const Quaternion good;
   const Quaternion bad{kNan, 0, 0, 0};
   const Quaternion zero{0, 0, 0, 0};
-  const Matrix vector = column({1, 2, 3});
-  const Matrix two = column({1, 2});
-  const Matrix not_a_number = column({1, 2, kNan});
-  Matrix r(3, 3, {9, 9, 9, 9, 9, 9, 9, 9, 9});
-  Matrix small(2, 1, {9, 9});
+  const OwnedMatrix vector = column({1, 2, 3});
+  const OwnedMatrix two = column({1, 2});
+  const OwnedMatrix not_a_number = column({1, 2, kNan});
+  OwnedMatrix r(3, 3, {9, 9, 9, 9, 9, 9, 9, 9, 9});
+  OwnedMatrix small(2, 1, {9, 9});
 
   using Turn = int (*)(RealMatrix*, const RealMatrix*, const Quaternion*);
   struct TurnForm {

@@ -5,11 +5,20 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <deque>
 #include <initializer_list>
 #include <numbers>
 #include <random>
 #include <utility>
 #include <vector>
+
+namespace Trel::Nav {
+
+struct MovingAveragerPeer {
+  static std::size_t kept(const MovingAverager& filter) { return filter.inputs_.size(); }
+};
+
+}  // namespace Trel::Nav
 
 namespace Trel::Nav::Test {
 namespace {
@@ -472,6 +481,49 @@ TEST(MovingAverager, what_is_not_finite_spoils_only_the_windows_it_is_in) {
     EXPECT_FALSE(std::isfinite(filter.OutputValue()));
     feed(filter, {{2.0, 3.0}, {3.0, 5.0}});
     EXPECT_EQ(filter.OutputValue(), 4.0);  // the window holds 2 and 3 s
+  }
+}
+
+TEST(MovingAverager, samples_that_came_late_leave_the_window_with_those_ahead_of_them) {
+  MovingAverager filter = averager(1.0);
+  feed(filter, {{0.0, 1.0}, {0.25, 2.0}, {0.25, 6.0}, {0.125, 7.0}, {1.25, 4.0}});
+  EXPECT_EQ(filter.OutputValue(), 4.75);  // the window starts at 0.25: (2 + 6 + 7 + 4) / 4
+  filter.NewInput(1.5, 5.0);
+  EXPECT_EQ(filter.OutputValue(), 4.5);  // it starts at 0.5, 0.25 after three of them
+}
+
+TEST(MovingAverager, a_clock_that_stands_still_or_goes_to_and_fro_keeps_a_handful) {
+  for (const double back : {0.0, 0.25, 100.0}) {
+    MovingAverager filter = averager(16777.0);
+    for (int i = 0; i < 10000; ++i) filter.NewInput(500.0 - (i % 2) * back, i);
+    EXPECT_LE(MovingAveragerPeer::kept(filter), 2U) << back;
+    ASSERT_TRUE(filter.OutputValid());
+    EXPECT_EQ(filter.OutputValue(), 4999.5);  // the mean of 0 to 9999
+  }
+}
+
+TEST(MovingAverager, agrees_with_one_that_keeps_every_sample_whatever_the_clock_does) {
+  constexpr unsigned int kSeed = 20240613;
+  SCOPED_TRACE(kSeed);
+  constexpr double kInterval = 4.0;
+  std::mt19937 random(kSeed);
+  MovingAverager filter = averager(kInterval);
+  std::deque<std::pair<double, double>> plain;
+  double time = 1000.0;
+  double step = 0.0;
+  for (int i = 0; i < 20000; ++i) {
+    // Steps of an eighth: mostly ahead, often none, sometimes far back.
+    time += i == 1 ? 0.125 : (static_cast<int>(random() % 5) - 1) * (random() % 50 ? 0.125 : -1.0);
+    const double value = static_cast<int>(random() % 1001) - 500;
+    filter.NewInput(time, value);
+    if (i == 1) step = time - plain.front().first;
+    plain.emplace_back(time, value);
+    if (i < 1) continue;
+    while (!plain.empty() && time - kInterval - plain.front().first > step / 2) plain.pop_front();
+    ASSERT_EQ(filter.OutputValid(), !plain.empty()) << i;
+    double sum = 0.0;  // of whole numbers, so exact
+    for (const auto& sample : plain) sum += sample.second;
+    ASSERT_EQ(filter.OutputValue(), sum / static_cast<double>(plain.size())) << i;
   }
 }
 

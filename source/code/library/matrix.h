@@ -10,3 +10,4 @@
 #include "library/matrix_notice.h"
 #include "library/matrix_record.h"
 #include "library/matrix_text.h"
+#include "library/matrix_work.h"

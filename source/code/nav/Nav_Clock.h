@@ -7,6 +7,8 @@
 
 #include <limits>
 
+#include "library/Lib_Nano.h"
+
 namespace Trel::Nav {
 
 // A period that is not known.
@@ -16,23 +18,10 @@ inline constexpr long long kNanosPerSecond = 1'000'000'000;
 inline constexpr long long kNanosPerMinute = 60'000'000'000;
 inline constexpr long long kNanosPerMilli = 1'000'000;
 
-// a + b, a - b, a * b, wrapping.
-[[nodiscard]] constexpr long long wrap_add(long long a, long long b) {
-  return static_cast<long long>(static_cast<unsigned long long>(a) +
-                                static_cast<unsigned long long>(b));
-}
-[[nodiscard]] constexpr long long wrap_subtract(long long a, long long b) {
-  return static_cast<long long>(static_cast<unsigned long long>(a) -
-                                static_cast<unsigned long long>(b));
-}
-[[nodiscard]] constexpr long long wrap_multiply(long long a, long long b) {
-  return static_cast<long long>(static_cast<unsigned long long>(a) *
-                                static_cast<unsigned long long>(b));
-}
-
-[[nodiscard]] constexpr double to_seconds(long long nano) {
-  return static_cast<double>(nano) / 1e9;
-}
+using Lib::to_seconds;
+using Lib::wrap_add;
+using Lib::wrap_multiply;
+using Lib::wrap_subtract;
 
 // Four times of a stream, from which its relative times count: the whole second of its start, its
 // first packet, its first packet with a time of its own, and its first packet with an initialised

@@ -11,12 +11,7 @@
 
 namespace Trel::Nav {
 
-// Degrees, less or plus a turn where they lie above 180 or at or below -180.
-[[nodiscard]] constexpr double wrapped(double degrees) {
-  if (degrees > 180.0) return degrees - 360.0;
-  if (degrees <= -180.0) return degrees + 360.0;
-  return degrees;
-}
+using Lib::wrapped;
 
 class Attitude {
  public:

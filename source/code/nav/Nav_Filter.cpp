@@ -144,6 +144,7 @@ void MovingAverager::Reset() {
   interval_ = -1.0;
   step_ = -1.0;
   inputs_.clear();
+  count_ = 0;
   sum_ = Sum();
   window_start_ = -1.0;
   newest_time_ = -1.0;
@@ -153,8 +154,11 @@ void MovingAverager::Reset() {
 
 void MovingAverager::NewInput(double time, double value) {
   if (step_ == -1.0 && !inputs_.empty()) step_ = time - inputs_.front().time;
-  inputs_.push_back({time, value});
+  if (inputs_.empty() || !(time <= inputs_.back().time)) inputs_.push_back({time, 0, Sum()});
+  inputs_.back().sum.add(value);
+  ++inputs_.back().count;
   sum_.add(value);
+  ++count_;
   newest_time_ = time;
   window_start_ = time - interval_;
   valid_ = false;
@@ -167,16 +171,17 @@ void MovingAverager::NewInput(double time, double value) {
   const double half_step = 0.5 * step_;
   while (!inputs_.empty() && window_start_ - inputs_.front().time > half_step) remove_oldest();
   if (inputs_.empty() || !(window_start_ - inputs_.front().time <= half_step)) return;
-  output_ = sum_.get() / static_cast<double>(inputs_.size());
+  output_ = sum_.get() / static_cast<double>(count_);
   valid_ = true;
 }
 
 void MovingAverager::remove_oldest() {
-  sum_.add(-inputs_.front().value);
+  sum_.add(-inputs_.front().sum.get());
+  count_ -= inputs_.front().count;
   inputs_.pop_front();
   if (!inputs_.empty() && std::isfinite(sum_.get())) return;
   sum_ = Sum();
-  for (const AveragerInput& input : inputs_) sum_.add(input.value);
+  for (const AveragerInput& input : inputs_) sum_.add(input.sum.get());
 }
 
 void MovingAverager::Sum::add(double value) {

@@ -7,6 +7,7 @@
 // for a sample.
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <vector>
 
@@ -103,12 +104,9 @@ class MovingAverager {
   [[nodiscard]] double OutputValue() const { return output_; }
 
  private:
-  struct AveragerInput {
-    double time;
-    double value;
-  };
+  friend struct MovingAveragerPeer;  // lets the tests see what is kept
 
-  // The sum of the samples held, kept as samples come and go, with what rounding has cost it.
+  // A sum that values come to and go from, with what rounding has cost it.
   class Sum {
    public:
     void add(double value);
@@ -120,11 +118,20 @@ class MovingAverager {
     double lost_ = 0.0;
   };
 
+  // A sample, and those behind it whose times do not pass its own: all leave the window with it, so
+  // that a clock that stands still fills no memory.
+  struct AveragerInput {
+    double time;
+    std::size_t count;
+    Sum sum;
+  };
+
   void remove_oldest();
 
   double interval_;
   double step_;
   std::deque<AveragerInput> inputs_;
+  std::size_t count_;
   Sum sum_;
   double window_start_;
   double newest_time_;

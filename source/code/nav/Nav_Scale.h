@@ -6,10 +6,12 @@
 // that differ stand in NComScales here and with the MCom codec.
 #pragma once
 
+#include "library/Lib_Angle.h"
+
 namespace Trel::Nav {
 
-inline constexpr double kDegreesPerRadian = 57.29577951308232;
-inline constexpr double kRadiansPerDegree = 0.017453292519943295;
+using Lib::kDegreesPerRadian;
+using Lib::kRadiansPerDegree;
 
 struct ComScales {
   // The solution.

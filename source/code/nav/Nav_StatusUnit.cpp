@@ -1,9 +1,10 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 #include "library/Lib_Cast.h"
-#include "library/Lib_Time.h"
+#include "library/Lib_DigitDate.h"
 #include "nav/Nav_Status.h"
 #include "nav/Nav_StatusSet.h"
 
@@ -48,13 +49,6 @@ long long uncompressed_time(long long value) {
   return value * 3600 - 73915200;
 }
 
-// The number that two characters show; -1 if they are no digits.
-int two_digits(const char* text) {
-  const int tens = text[0] - '0';
-  const int ones = text[1] - '0';
-  return tens >= 0 && tens <= 9 && ones >= 0 && ones <= 9 ? tens * 10 + ones : -1;
-}
-
 }  // namespace
 
 void StatusChannels::DecodeExtra19(const StatusRow&) {
@@ -74,14 +68,11 @@ void StatusChannels::DecodeExtra19(const StatusRow&) {
 void StatusChannels::set_firmware_date() {
   constexpr std::size_t kDateLength = 6;
   const char* id = data_.GetDevId();
-  const bool dated = data_.IsDevIdValid() && std::strlen(id) >= kDateLength;
-  const int year = dated ? two_digits(id) : -1;
-  const int month = dated ? two_digits(id + 2) : -1;
-  const int day = dated ? two_digits(id + 4) : -1;
-  const bool known = key_.KMain().Get_System_Dates() && year >= 0 && month >= 0 && day >= 0;
-  const Lib::UtcNano date(2000 + year, month, day, 0, 0, 0, 0, 0, 0);
-  TREL_NAV_SET_IF(known, data_, NanoFirmware, date.to_gps_nanos(false));
-  TREL_NAV_SET_IF(known, data_, DateFirmware, date.to_deci_date());
+  const bool dated =
+      key_.KMain().Get_System_Dates() && data_.IsDevIdValid() && std::strlen(id) >= kDateLength;
+  const auto date = dated ? Lib::date_of_digits(id) : std::nullopt;
+  TREL_NAV_SET_IF(date, data_, NanoFirmware, date->to_gps_nanos(false));
+  TREL_NAV_SET_IF(date, data_, DateFirmware, date->to_deci_date());
 }
 
 bool StatusChannels::IsDevIDAfter(const char* text) const {
