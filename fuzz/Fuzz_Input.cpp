@@ -6,9 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "sto/Sto_Store.h"
-#include "sto/Sto_Stream.h"
 #include "support/Support_Page.h"
+#include "support/Support_Walk.h"
 
 namespace Trel::Fuzz {
 
@@ -66,58 +65,10 @@ File::~File() {
   std::filesystem::remove(path_);
 }
 
-namespace {
-
-// Selects elements that a stream describes, and asks for their spans: all of them, or of a long
-// list those that `choice` picks.
-void select_elements(Sto::DataStore& store, Sto::Aspect& aspect, unsigned int id,
-                     std::size_t choice) {
-  constexpr std::size_t kLongList = 100;
-  constexpr std::size_t kParts = 20;
-  std::vector<Sto::DynamicNode> elements;
-  const Sto::Stream* stream = store.get_stream_in(id);
-  stream->query_measurements(elements);
-  for (std::size_t n = 0; n < elements.size(); ++n) {
-    if (elements.size() > kLongList && n % kParts != choice % kParts) continue;
-    const Sto::DynamicNode& element = elements[n];
-    static_cast<void>(stream->get_start(element.name));
-    static_cast<void>(stream->get_end(element.name));
-    store.direct_add_element(id, element.name);
-    store.direct_use_element(aspect, id, element.name);
-  }
-  Sto::StreamLeaf leaf;
-  store.query_stream(leaf, id);
-}
-
-void walk(Sto::DataStore& store, const Sto::Aspect& aspect) {
-  constexpr unsigned long long kSecond = 1000000000;
-  long long start = 0;
-  long long end = 0;
-  store.get_start(start);
-  store.get_end(end);
-  store.direct_decode_begin(start);
-  if (start < end) {
-    const unsigned long long span =
-        static_cast<unsigned long long>(end) - static_cast<unsigned long long>(start);
-    const unsigned long long step = std::max(kSecond, span / 1000 + 1);
-    std::vector<Sto::Result> values;
-    for (unsigned long long passed = 0; passed < span; passed += step) {
-      const auto t = static_cast<long long>(static_cast<unsigned long long>(start) + passed);
-      store.direct_decode_step(aspect, t, values);
-      if (span - passed <= step) break;
-    }
-    // And back again, which rewinds every stream.
-    store.direct_decode_begin(start);
-    store.direct_decode_step(aspect, start, values);
-  }
-  store.direct_decode_end();
-}
-
-}  // namespace
-
 void open_and_walk(const Support::Bytes& bytes, const std::string& extension) {
+  constexpr std::size_t kParts = 20;  // of a long list of elements one in so many is selected
   const File file(bytes, extension);
-  Sto::DataStore store(Sto::Options(16, 1000000000, 0, 0.1, 1048576, 10));
+  Sto::DataStore store(Support::usual_options());
   std::vector<unsigned int> ids;
   unsigned int count = 0;
   try {
@@ -126,8 +77,10 @@ void open_and_walk(const Support::Bytes& bytes, const std::string& extension) {
     return;
   }
   Sto::Aspect aspect;
-  for (const unsigned int id : ids) select_elements(store, aspect, id, bytes.size());
-  walk(store, aspect);
+  for (const unsigned int id : ids) {
+    Support::select_elements(store, aspect, id, kParts, bytes.size());
+  }
+  Support::walk(store, aspect, Support::seconds_of_step(store));
 }
 
 }  // namespace Trel::Fuzz

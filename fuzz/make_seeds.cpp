@@ -4,10 +4,12 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "support/Support_Damage.h"
 #include "support/Support_NavPacket.h"
 #include "support/Support_Packet.h"
+#include "support/Support_RangePacket.h"
 #include "support/Support_Recording.h"
 
 namespace {
@@ -137,6 +139,42 @@ Bytes navigation() {
   return file;
 }
 
+// Packets of all types over a minute's turn, one slow channel after the other.
+std::vector<Bytes> measurement() {
+  std::vector<Bytes> packets;
+  const Bytes inner = NComPacket().time_ms(100).status(4).channel(0, {0, 0x93, 0x5E, 1}).bytes();
+  packets.push_back(RangePacket(5).append({0, 0, 1, 4, 0, 3}).append(noise(16)).bytes());
+  packets.push_back(RangePacket(5).append({0, 0, 0, 2, 0, 0xC1}).append(noise(18)).bytes());
+  packets.push_back(RangePacket(6).append({0, 0, 0, 1, 0, 0}).append(noise(22)).bytes());
+  packets.push_back(RangePacket(6).append({0, 0, 0, 1, 0, 0xC0}).append(noise(38)).bytes());
+  for (unsigned int n = 0; n < 36; ++n) {
+    const auto ms = static_cast<std::uint16_t>((59800 + n * 10) % 60000);
+    const auto channel = static_cast<unsigned char>(n % 4 == 0 ? 0 : n % 23);
+    const Bytes data = channel == 0   ? Bytes{0, 0x93, 0x5E, 1, 3, 4, 5}
+                       : channel == 9 ? Bytes{1, 0, 0, 10, 't', 'g', 't', '1'}
+                                      : Bytes{18, 0, 3, 4, 5, 6, 7, 8};
+    for (const unsigned char target : {1, 2}) {
+      packets.push_back(RangePacket(2)
+                            .time_ms(ms)
+                            .target(target, 2)
+                            .raw(8, noise(33, n))
+                            .channel(channel, data)
+                            .raw(50, noise(64, n))
+                            .append(n % 7 == 0 ? noise(12, n) : Bytes())
+                            .bytes());
+    }
+    packets.push_back(
+        RangePacket(1).time_ms(ms).raw(6, noise(43, n)).channel(channel, data).bytes());
+    if (n % 8 == 0) {
+      packets.push_back(
+          RangePacket(0).time_ms(ms).raw(6, noise(31, n)).channel(channel, data).bytes());
+      packets.push_back(range_packet(0x0A000001, 0, {inner}));
+      packets.push_back(range_packet(0, 3, {inner}));
+    }
+  }
+  return packets;
+}
+
 Bytes spanning_recording() {
   Recording recording;
   auto& car = recording.stream(0x80000001).ucom(database()).segments_per_page(1).headers_together();
@@ -182,6 +220,16 @@ int main(int argc, char* argv[]) {
                  raw.begin() + static_cast<std::ptrdiff_t>(at) + 71);
   }
   seed(folder, "nav", "drive", inner);
+  Bytes ranges;
+  Bytes bodies = {0, 0};  // all keys on
+  for (const Bytes& packet : measurement()) {
+    const Bytes body(packet.begin() + 4, packet.end() - 1);
+    ranges = join({ranges, packet});
+    bodies = join({bodies, {packet[1]}, part(body)});
+  }
+  seed(folder, "store_rng", "measurement", ranges);
+  seed(folder, "rng", "measurement", bodies);
+  seed(folder, "rng_sync", "measurement", join({part(noise(100)), part(ranges), part(noise(50))}));
   seed(folder, "can", "packets",
        join({part(can_packet(5)), part(can_packet(6)), part(can_packet(1400000000000000000)),
              part(can_packet(1400000001000000000)), part(Bytes(12, 1))}));

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "support/Support_NavPacket.h"
+#include "support/Support_RangePacket.h"
 #include "support/Support_ReferenceSync.h"
 
 namespace Trel::Rng::Test {

@@ -24,6 +24,12 @@ Bytes noise(std::size_t size, unsigned int seed) {
   return result;
 }
 
+unsigned char packet_sum(const Bytes& bytes, std::size_t end) {
+  unsigned int sum = 0;
+  for (std::size_t at = 1; at < end; ++at) sum += bytes[at];
+  return static_cast<unsigned char>(sum);
+}
+
 void write_file(const std::filesystem::path& path, const Bytes& bytes) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file.write(reinterpret_cast<const char*>(bytes.data()),

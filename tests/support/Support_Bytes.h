@@ -19,6 +19,9 @@ using Bytes = std::vector<unsigned char>;
 // `size` bytes that look like nothing; the same for the same seed.
 [[nodiscard]] Bytes noise(std::size_t size, unsigned int seed = 1);
 
+// What a packet's sum is: of the bytes between the first and the one at `end`, modulo 256.
+[[nodiscard]] unsigned char packet_sum(const Bytes& bytes, std::size_t end);
+
 // Whole files. A file that cannot be written or read throws std::runtime_error.
 void write_file(const std::filesystem::path& path, const Bytes& bytes);
 [[nodiscard]] Bytes read_file(const std::filesystem::path& path);

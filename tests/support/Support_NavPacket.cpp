@@ -14,13 +14,6 @@ constexpr std::size_t kSecondSumAt = 61;
 constexpr unsigned char kExtraStatus = 11;
 constexpr double kHeaveStep = 0.002;
 
-// Of the bytes between the first and `end`.
-unsigned char sum_before(const Bytes& bytes, std::size_t end) {
-  unsigned int sum = 0;
-  for (std::size_t at = 1; at < end; ++at) sum += bytes[at];
-  return static_cast<unsigned char>(sum);
-}
-
 std::int64_t steps(double value, double step) {
   return std::llround(value / step);
 }
@@ -92,9 +85,9 @@ P& NavPacket<P>::bad_sum() {
 template <class P>
 Bytes NavPacket<P>::bytes() const {
   Bytes packet = bytes_;
-  packet[kFirstSumAt] = extra_ ? *extra_ : sum_before(packet, kFirstSumAt);
-  packet[kSecondSumAt] = sum_before(packet, kSecondSumAt);
-  packet.back() = sum_before(packet, packet.size() - 1);
+  packet[kFirstSumAt] = extra_ ? *extra_ : packet_sum(packet, kFirstSumAt);
+  packet[kSecondSumAt] = packet_sum(packet, kSecondSumAt);
+  packet.back() = packet_sum(packet, packet.size() - 1);
   if (bad_sum_) ++packet.back();
   return packet;
 }
@@ -113,26 +106,6 @@ MComPacket& MComPacket::long_period_heave(double value) {
 MComPacket& MComPacket::raw_heave(std::int16_t heave, std::int16_t long_period_heave) {
   number(62, 2, static_cast<std::uint64_t>(heave));
   return number(64, 2, static_cast<std::uint64_t>(long_period_heave));
-}
-
-Bytes range_file_packet(unsigned char kind, const Bytes& body) {
-  const std::size_t length = body.size() + 1;  // with the sum
-  if (length > 0xFFFF) throw std::length_error("longer than a range packet can be");
-  Bytes packet = join(
-      {{0x57, kind, static_cast<unsigned char>(length), static_cast<unsigned char>(length >> 8)},
-       body});
-  packet.push_back(sum_before(packet, packet.size()));
-  return packet;
-}
-
-Bytes range_packet(std::uint32_t address, unsigned char provenance,
-                   std::initializer_list<Bytes> packets) {
-  Bytes body;
-  for (int byte = 0; byte < 4; ++byte) {
-    body.push_back(static_cast<unsigned char>(address >> 8 * byte));
-  }
-  body.push_back(provenance);
-  return range_file_packet(3, join({body, join(packets)}));
 }
 
 }  // namespace Trel::Support

@@ -9,7 +9,6 @@
 
 #include <array>
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 
 #include "support/Support_Bytes.h"
@@ -105,13 +104,5 @@ class MComPacket : public NavPacket<MComPacket> {
 
 extern template class NavPacket<NComPacket>;
 extern template class NavPacket<MComPacket>;
-
-// A packet of a range file of any kind, with a good sum: `body` stands behind the four bytes of
-// header.
-[[nodiscard]] Bytes range_file_packet(unsigned char kind, const Bytes& body);
-
-// A wrapper for NCom packets as a range file has it.
-[[nodiscard]] Bytes range_packet(std::uint32_t address, unsigned char provenance,
-                                 std::initializer_list<Bytes> packets);
 
 }  // namespace Trel::Support

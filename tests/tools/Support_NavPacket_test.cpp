@@ -117,16 +117,5 @@ TEST(NavPacketBuilder, a_recording_has_eight_bytes_ahead) {
   EXPECT_EQ(part(bytes, 8, 72), NComPacket().time_ms(5).bytes());
 }
 
-TEST(RangePacketBuilder, a_wrapper_has_address_and_provenance_ahead_of_its_packets) {
-  const Bytes inner = NComPacket().time_ms(5).bytes();
-  const Bytes bytes = range_packet(0x01020304, 16, {inner, inner});
-  // 4 + 4 + 1 + 2 * 72 + 1 = 154 bytes, of which 150 = 0x96 stand behind the header
-  ASSERT_EQ(bytes.size(), 154U);
-  EXPECT_EQ(part(bytes, 0, 9), (Bytes{0x57, 3, 0x96, 0, 4, 3, 2, 1, 16}));
-  EXPECT_EQ(part(bytes, 9, 72), inner);
-  EXPECT_EQ(part(bytes, 81, 72), inner);
-  EXPECT_EQ(bytes.back(), sum(bytes, 1, 153));
-}
-
 }  // namespace
 }  // namespace Trel::Support::Test

@@ -1,0 +1,10 @@
+// Packet synchronisation of range packets: any bytes in writes of any size.
+#include "Fuzz_Sync.h"
+#include "rng/Rng_Sync.h"
+
+using namespace Trel;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Fuzz::SyncBook<Rng::SyncState, Rng::PacketState>().run(Fuzz::Input(data, size));
+  return 0;
+}

@@ -1,0 +1,53 @@
+#include "rng/Rng_ComData.h"
+
+namespace Trel::Rng {
+
+namespace {
+
+Lib::StampExt no_stamp() {
+  Lib::StampExt none;
+  none.invalidate();
+  return none;
+}
+
+}  // namespace
+
+void DataWrap::Invalidate() {
+  SetReference(no_stamp());
+#define VALUE(name, ...) Inv_##name();
+#include "rng/Rng_ComDataWrap.def"
+}
+
+void DataTarget::Invalidate() {
+  SetReference(no_stamp());
+#define VALUE(name, ...) Inv_##name();
+#define ARRAY(name, ...) Inv_##name();
+#include "rng/Rng_ComDataTarget.def"
+}
+
+void DataMain::Invalidate() {
+#define VALUE(name, ...) Inv_##name();
+#define HELD(name, ...) Inv_##name();
+#define ARRAY(name, ...) Inv_##name();
+#include "rng/Rng_ComDataMain.def"
+}
+
+void DataMain::Set_Nano(long long value) {
+  Nano_.wipe();
+  Nano_.set_nano(value);
+  Nano_.put(value);
+}
+
+void ComData::Invalidate() {
+  for (DataWrap& wrap : wraps_) wrap.Invalidate();
+  for (DataTarget& target : targets_) target.Invalidate();
+  main_.Invalidate();
+}
+
+void ComData::ShareNano() {
+  const Lib::StampExt& nano = main_.Var_Nano();
+  for (DataTarget& target : targets_) target.SetReference(nano);
+  for (DataWrap& wrap : wraps_) wrap.SetReference(nano);
+}
+
+}  // namespace Trel::Rng
