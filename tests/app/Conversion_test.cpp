@@ -5,8 +5,10 @@
 #include <cstdint>
 
 #include "app/Program.h"
+#include "support/Support_CanPacket.h"
 #include "support/Support_NavPacket.h"
 #include "support/Support_Packet.h"
+#include "support/Support_RangePacket.h"
 #include "support/Support_Recording.h"
 
 namespace Trel::Test {
@@ -379,6 +381,75 @@ TEST(Conversion, a_raw_navigation_file_has_a_span_and_no_ucom_stream) {
                              "Start time (GPS nanoseconds): 1380601740500000000\n"
                              "End time (GPS nanoseconds): 1380601740520000000\n");
   EXPECT_FALSE(folder.read("out.txt").has_value());
+}
+
+// Minute 23010029 of GPS time, as a slow channel tells it.
+constexpr Support::NComPacket::ChannelData kMinuteTold = {0xED, 0x1A, 0x5F, 0x01, 0, 0, 0, 0};
+
+// Three packets of a unit, a hundredth of a second apart; the first tells the minute.
+template <class P>
+void write_unit(RecordingStream& stream, std::uint16_t first) {
+  for (const int later : {0, 10, 20}) {
+    P packet;
+    packet.time_ms(static_cast<std::uint16_t>(first + later)).status(4).channel(0, kMinuteTold);
+    stream.packet(packet.xcom_bytes()).page();
+  }
+}
+
+TEST(Conversion, a_recording_of_all_five_kinds_spans_them_all_and_writes_its_ucom_stream) {
+  constexpr long long kMinute = 1380601740;
+  Recording recording;
+  auto& range = recording.stream(1).codec("RCom").headers();
+  write_unit<Support::NComPacket>(recording.stream(2).codec("NCom").headers(), 500);
+  write_unit<Support::MComPacket>(recording.stream(3).codec("MCom").headers(), 400);
+  auto& car = recording.stream(4).ucom(position_dbu()).headers();
+  auto& bus = recording.stream(5)
+                  .codec("Can")
+                  .dbc("BO_ 16 Motion: 8 Unit\n SG_ Speed : 0|16@1+ (1,0) [0|0] \"\" Driver\n")
+                  .headers();
+  for (const std::uint16_t time : {450, 460, 470, 480}) {
+    Support::RangePacket packet(2);
+    packet.target(1, 1).time_ms(time).channel(0, {0xED, 0x1A, 0x5F, 0x01});
+    if (time == 460) packet.channel(7, {18, 0});
+    range.packet(packet.xcom_bytes()).page();
+  }
+  for (const int second : {1, 2, 3}) car.packet(position_at(kMinute + second)).page();
+  for (const int second : {2, 3, 5}) {
+    bus.packet(Support::CanPacket((kMinute + second) * kSecond)
+                   .frame(Support::CanFrame(16, 8).intel(0, 16, 7))
+                   .bytes())
+        .page();
+  }
+
+  const Converted converted(recording);
+
+  // The instants are 0.4, 1.4, 2.4, 3.4 and 4.4 s into the minute.
+  EXPECT_EQ(converted.outcome.exit, "0");
+  EXPECT_EQ(converted.outcome.out,
+            found("5", "1380601740400000000", "1380601745000000000", "3") + written("5"));
+  EXPECT_EQ(converted.lines, line_at(kMinute + 1) + line_at(kMinute + 2) + line_at(kMinute + 3) +
+                                 line_at(kMinute + 3) + line_at(kMinute + 3));
+}
+
+TEST(Conversion, a_raw_range_file_has_a_span_and_no_ucom_stream) {
+  Support::Bytes file;
+  for (const std::uint16_t time : {500, 510, 520}) {
+    Support::RangePacket packet(2);
+    packet.target(1, 1).time_ms(time).channel(0, {0xED, 0x1A, 0x5F, 0x01});
+    if (time == 510) packet.channel(7, {18, 0});
+    file = Support::join({file, packet.bytes()});
+  }
+  const Folder folder;
+  folder.write("drive.rcom", text(file));
+
+  const Outcome outcome = folder.run({"drive.rcom", "out.txt", "1"});
+
+  EXPECT_EQ(outcome.exit, "251");  // -5
+  EXPECT_EQ(outcome.err, "Error: UCOM stream not found.\n");
+  EXPECT_EQ(outcome.out, kBanner +
+                             "Added 1 streams from XCOM file.\n"
+                             "Start time (GPS nanoseconds): 1380601740500000000\n"
+                             "End time (GPS nanoseconds): 1380601740520000000\n");
 }
 
 TEST(Conversion, malformed_json_ends_the_program) {

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <sstream>
 
@@ -18,19 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Cases whose streams are of families that have no reader yet.
-constexpr std::array kOtherFamilies = {"other_kinds-0"};
-
-bool is_readable_case(const std::string& name) {
-  return std::none_of(kOtherFamilies.begin(), kOtherFamilies.end(),
-                      [&](const char* family) { return name.starts_with(family); });
-}
-
 std::vector<std::string> cases() {
   std::vector<std::string> names;
   for (const auto& entry : fs::directory_iterator(TRAKDUMP_RECORDINGS)) {
-    const std::string name = entry.path().filename().string();
-    if (is_readable_case(name)) names.push_back(name);
+    names.push_back(entry.path().filename().string());
   }
   std::sort(names.begin(), names.end());
   return names;

@@ -55,9 +55,10 @@ TEST(AccessNav, a_table_of_a_streams_own_is_empty) {
 
 TEST(AccessNav, every_row_is_described_in_a_sentence) {
   AccessNCom::shared().for_each_row([](const auto& row) {
-    EXPECT_GT(row.description.size(), 10U) << row.name;
-    EXPECT_EQ(row.description.back(), '.') << row.name;
-    EXPECT_EQ(row.description[0], std::toupper(row.description[0])) << row.name;
+    const std::string& text = row.description;
+    EXPECT_GT(text.size(), 10U) << row.name;
+    EXPECT_EQ(text.back(), '.') << row.name;
+    EXPECT_EQ(text[0], std::toupper(text[0])) << row.name;
     EXPECT_GT(row.resolution, 0.0) << row.name;
     EXPECT_EQ(row.size, 1U) << row.name;
   });
@@ -68,7 +69,7 @@ TEST(AccessNav, no_two_values_of_one_table_read_alike) {
   AccessNCom::shared().for_each_row([&](const auto& row) {
     // Receivers and points repeat each other, and the unit's supply is told from a receiver's.
     if (row.name.find('_') != std::string::npos) return;
-    const auto [other, fresh] = described.emplace(row.description, row.name);
+    const auto [other, fresh] = described.emplace(row.description.str(), row.name);
     EXPECT_TRUE(fresh) << row.name << " reads like " << other->second;
   });
 }

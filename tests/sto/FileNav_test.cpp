@@ -8,6 +8,7 @@
 #include "Stream_recordings.h"
 #include "rng/Rng_Sync.h"
 #include "support/Support_NavPacket.h"
+#include "support/Support_RangePacket.h"
 
 namespace Trel::Sto::Test {
 namespace {

@@ -175,6 +175,22 @@ TEST(StreamCan, measurements_are_the_built_in_variables_and_then_the_signals) {
   EXPECT_EQ(elements[6].limits[1], 100.0);
 }
 
+TEST(StreamCan, signals_that_one_comment_names_share_its_text) {
+  Opened opened(three_seconds(),
+                "BO_ 16 Motion: 8 Unit\n"
+                " SG_ Speed : 0|16@1+ (1,0) [0|0] \"\" Driver\n"
+                " SG_ Speed : 16|16@1+ (1,0) [0|0] \"\" Driver\n"
+                "CM_ SG_ 16 Speed \"Over ground\";\n");
+  std::vector<DynamicNode> elements;
+  opened.store.get_stream_in(0)->query_measurements(elements);
+  std::vector<const std::string*> comments;
+  for (const DynamicNode& element : elements) {
+    if (element.description == "Over ground") comments.push_back(&element.description.str());
+  }
+  ASSERT_EQ(comments.size(), 2U);
+  EXPECT_EQ(comments[0], comments[1]);
+}
+
 TEST(StreamCan, the_start_and_end_of_an_element_are_its_first_and_last_values) {
   Opened opened(three_seconds());
   const Stream* stream = opened.store.get_stream_in(0);

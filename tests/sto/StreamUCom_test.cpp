@@ -123,6 +123,21 @@ TEST(UComConfigure, a_row_reads_its_own_signal) {
   EXPECT_EQ(stream.access.find_Var_t_uint32_t("As_U32")->fetch(data).get(), 100U);
 }
 
+TEST(UComConfigure, elements_that_inherit_a_text_share_one_copy) {
+  Dbu document;
+  document.message(1, {1, 2});
+  document.signal(9).type("U", 8).unit("m/s").comment("Over ground");
+  document.signal(1).name("Front").at(0).inherits(9);
+  document.signal(2).name("Rear").at(8).inherits(9);
+  const BareUCom stream(document);
+  std::vector<DynamicNode> measurements;
+  stream.query_measurements(measurements);
+  ASSERT_EQ(measurements.size(), 2U);
+  EXPECT_EQ(measurements[0].description, "Over ground");
+  EXPECT_EQ(&measurements[0].description.str(), &measurements[1].description.str());
+  EXPECT_EQ(&measurements[0].unit.str(), &measurements[1].unit.str());
+}
+
 TEST(UComConfigure, an_element_is_described_by_its_signal) {
   Dbu document;
   document.message(1, {1, 2});

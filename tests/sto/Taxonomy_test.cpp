@@ -78,6 +78,19 @@ TEST(Taxonomy, the_information_keeps_what_it_is_given) {
   EXPECT_EQ(props.limits[3], 4.0);
 }
 
+TEST(Taxonomy, a_text_is_shared_by_the_copies_of_its_description) {
+  const InfoProps props("Name", 1, nullptr, "deg", "One sentence.", 0, 0, 0, 0, 0);
+  const DynamicNode first{PointerNode(InfoNode(props)), Enum::BASIC_TYPE_float, false};
+  const DynamicNode second = first;
+  EXPECT_EQ(&second.description.str(), &props.description.str());
+  EXPECT_EQ(&second.unit.str(), &props.unit.str());
+}
+
+TEST(Taxonomy, a_text_that_nobody_gave_is_empty) {
+  EXPECT_EQ(InfoProps().unit, "");
+  EXPECT_EQ(Text(std::shared_ptr<const std::string>()), "");
+}
+
 TEST(Taxonomy, the_decimals_follow_from_the_resolution) {
   EXPECT_EQ(of_resolution(0.001).decimals, 3);
   EXPECT_EQ(of_resolution(0.002).decimals, 3);  // -log10 = 2.7

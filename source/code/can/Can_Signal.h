@@ -76,6 +76,10 @@ class Signal {
   [[nodiscard]] const std::string& get_unit() const { return unit_; }
   [[nodiscard]] const std::string& get_receiver() const { return receiver_; }
   [[nodiscard]] const std::string& get_comment() const;
+  // The same for those who keep it; null for an empty one.
+  [[nodiscard]] const std::shared_ptr<const std::string>& get_shared_comment() const {
+    return comment_;
+  }
   // The lowest and highest bit, in the byte-reversed frame for a big-endian field; there `bit_low`
   // may be negative.
   [[nodiscard]] int get_bit_low() const { return bit_low_; }

@@ -169,6 +169,7 @@ bool XComStreamDec::xcom_decode_eos(ogg_page& page) {
 // Leaves the first packet of an initial page in `packet`; false when there is none.
 bool XComStreamDec::draw_initial(ogg_page& page, ogg_packet& packet,
                                  std::uint64_t Metric::*counter) {
+  ++restarts;
   if (ogg_stream_reset(&stream) != 0 || ogg_page_bos(&page) == 0 ||
       ogg_stream_pagein(&stream, &page) != 0) {
     return die();

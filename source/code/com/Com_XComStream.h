@@ -103,6 +103,8 @@ class XComStreamDec : public XComStream {
   [[nodiscard]] std::int64_t get_page_number_previous() const { return page_number_previous; }
   [[nodiscard]] std::int64_t get_page_number_last() const { return page_number_last; }
   [[nodiscard]] std::int64_t get_page_number_current() const { return page_number_current; }
+  // How often an initial page has emptied the queue of packets, the first one included.
+  [[nodiscard]] std::uint64_t get_restarts() const { return restarts; }
   [[nodiscard]] bool is_footer_decoded() const { return footer_decoded; }
   [[nodiscard]] std::uint32_t get_header_used_count() const { return header_used_count; }
   [[nodiscard]] std::uint32_t get_header_used_total() const { return header_used_total; }
@@ -138,6 +140,7 @@ class XComStreamDec : public XComStream {
   std::int64_t page_number_previous = 0;
   std::int64_t page_number_last = 0;
   std::int64_t page_number_current = 0;
+  std::uint64_t restarts = 0;
   bool footer_decoded = false;
   std::uint32_t header_used_count = 0;
   std::uint32_t header_used_total = 0;

@@ -1,6 +1,6 @@
 #include "sto/Sto_AccessNav.h"
 
-#include <type_traits>
+#include "sto/Sto_AccessText.h"
 
 namespace Trel::Sto {
 
@@ -10,44 +10,6 @@ using Nav::Family;
 
 const AccessNCom kSharedNCom(true);
 const AccessMCom kSharedMCom(true);
-
-// How the tables' values read in words, beside the enumerations.
-struct Plain;          // no text form
-struct Characters;     // packed into the number, the first lowest
-struct DottedAddress;  // of a network, its first part lowest
-
-template <Enum::Enumeration E>
-std::string member_text(typename Enum::Traits<E>::Number number) {
-  const char* text = Enum::GetString(Enum::Cast<E>(number));
-  return text == nullptr ? std::string() : text;
-}
-
-template <class T>
-std::string characters_text(T packed) {
-  std::string text;
-  for (; packed != 0; packed = static_cast<T>(packed >> 8)) {
-    const char character = static_cast<char>(packed & 0x7F);
-    const bool prints = (packed & 0xFF) == (packed & 0x7F) && character >= ' ' && character != 0x7F;
-    text += prints ? character : '?';
-  }
-  return text;
-}
-
-std::string address_text(unsigned int address) {
-  std::string text = std::to_string(address & 0xFF);
-  for (int shift = 8; shift < 32; shift += 8) {
-    text += '.' + std::to_string(address >> shift & 0xFF);
-  }
-  return text;
-}
-
-template <class Form, class T>
-constexpr ValueText<T> text_of() {
-  if constexpr (Enum::Enumeration<Form>) return &member_text<Form>;
-  if constexpr (std::is_same_v<Form, Characters>) return &characters_text<T>;
-  if constexpr (std::is_same_v<Form, DottedAddress>) return &address_text;
-  return nullptr;
-}
 
 // One line of a table: what a row is made of.
 template <Lib::ElementType T, class Data, class Key>

@@ -6,8 +6,10 @@
 // program.
 #pragma once
 
+#include <array>
 #include <string>
-#include <tuple>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "library/Lib_Report.h"
@@ -16,86 +18,90 @@
 
 namespace Trel::Sto {
 
-// One chosen element of kind K.
-template <class A, class K>
+// One chosen element.
 struct Element {
-  using Row = typename A::template Row<K>;
-
-  const Row* row;
+  const AnyAccessRow* row;
   unsigned int store_id;
   unsigned int offset;  // in the store's array of the element's type
 };
 
-// One store's chosen elements: a list for each kind.
-template <class A>
-class ElementStore {
- public:
-  template <class K>
-  [[nodiscard]] std::vector<Element<A, K>>& elements() {
-    return std::get<std::vector<Element<A, K>>>(lists_);
-  }
-  template <class K>
-  [[nodiscard]] const std::vector<Element<A, K>>& elements() const {
-    return std::get<std::vector<Element<A, K>>>(lists_);
-  }
+// One store's chosen elements: a list for each kind, by its kKindIndex.
+using ElementStore = std::array<std::vector<Element>, kKinds>;
 
-  void clear() {
-    for_each_kind([this]<class K>(std::type_identity<K>) { this->template elements<K>().clear(); });
+// What a system does without knowing the codec's rows.
+class ElementSystem {
+ public:
+  explicit ElementSystem(unsigned int mode_id) : mode_id_(mode_id) {}
+
+  // Sets the count of stores; a smaller count drops the stores at the end.
+  void expand(unsigned int count);
+  // Forgets all elements and keeps the stores.
+  void clear();
+
+  // A kind is given by its kKindIndex.
+  void add_element(std::size_t kind, const AnyAccessRow& row, unsigned int store_id,
+                   std::size_t offset);
+  // Whether some store has an element of that name.
+  [[nodiscard]] bool hit_element(std::size_t kind, const std::string& name) const {
+    return find(kind, name) != nullptr;
   }
+  // Describes the first element of that name, by store and in order of addition, and returns its
+  // row; null when there is none.
+  const AnyAccessRow* use_element(StoreLeaf& leaf, std::size_t kind, const std::string& name,
+                                  unsigned int stream_id) const;
+  // Describes the element added last; a default leaf when there is none.
+  [[nodiscard]] StoreLeaf sum_element(std::size_t kind, unsigned int stream_id) const;
+
+ protected:
+  std::vector<ElementStore> stores;
 
  private:
-  template <class K>
-  using List = std::vector<Element<A, K>>;
+  // The first element of each name, by store and in order of addition. The names are those of the
+  // rows.
+  using Names = std::unordered_map<std::string_view, Element>;
 
-  typename PerKind<List>::type lists_;
+  [[nodiscard]] const Element* find(std::size_t kind, const std::string& name) const;
+  void note_name(std::size_t kind, const Element& element);
+  [[nodiscard]] StoreLeaf describe(const Element& element, unsigned int stream_id) const;
+
+  unsigned int mode_id_;
+  ElementStore all_;
+  std::array<Names, kKinds> names_;
 };
 
 template <class A>
-class System {
+class System : public ElementSystem {
  public:
   template <class K>
   using Row = typename A::template Row<K>;
 
-  explicit System(unsigned int mode_id) : mode_id_(mode_id) {}
+  using ElementSystem::ElementSystem;
 
-  // Sets the count of stores; a smaller count drops the stores at the end.
-  void expand(unsigned int count) { stores.resize(count); }
-  // Forgets all elements and keeps the stores.
-  void clear() {
-    all_.clear();
-    for (ElementStore<A>& store : stores) store.clear();
-  }
-
+  // The same for a kind known by its type.
+  using ElementSystem::add_element;
   template <class K>
   void add_element(const Row<K>& row, unsigned int store_id, std::size_t offset) {
-    TREL_ASSERT(store_id < stores.size(), "sto/Sto_Element");
-    const Element<A, K> element{&row, store_id, static_cast<unsigned int>(offset)};
-    stores[store_id].template elements<K>().push_back(element);
-    all_.template elements<K>().push_back(element);
+    add_element(kKindIndex<K>, row, store_id, offset);
   }
-
-  // Whether some store has an element of that name.
+  using ElementSystem::hit_element;
   template <class K>
   [[nodiscard]] bool hit_element(const std::string& name) const {
-    return find<K>(name) != nullptr;
+    return hit_element(kKindIndex<K>, name);
   }
-
-  // Describes the first element of that name and gives its converter; false when there is none.
+  // Gives the converter as well; false when there is no such element.
+  using ElementSystem::use_element;
   template <class K>
   bool use_element(StoreLeaf& leaf, ValueText<typename K::value_type>& fn, const std::string& name,
                    unsigned int stream_id) const {
-    const Element<A, K>* element = find<K>(name);
-    if (element == nullptr) return false;
-    leaf = describe(*element, stream_id);
-    fn = element->row->converter();
+    const AnyAccessRow* row = use_element(leaf, kKindIndex<K>, name, stream_id);
+    if (row == nullptr) return false;
+    fn = static_cast<const AccessRow<K>*>(row)->converter();
     return true;
   }
-
-  // Describes the element added last; a default leaf when there is none.
+  using ElementSystem::sum_element;
   template <class K>
   [[nodiscard]] StoreLeaf sum_element(unsigned int stream_id) const {
-    const auto& list = all_.template elements<K>();
-    return list.empty() ? StoreLeaf() : describe(list.back(), stream_id);
+    return sum_element(kKindIndex<K>, stream_id);
   }
 
 #define TREL_FORWARD(kind, K)                                                             \
@@ -120,8 +126,8 @@ class System {
   void let(Key& key) const {
     for_each_kind([&]<class K>(std::type_identity<K>) {
       if constexpr (requires(const Row<K>& row) { row.let(key); }) {
-        for (const ElementStore<A>& store : stores) {
-          for (const Element<A, K>& element : store.template elements<K>()) element.row->let(key);
+        for (const ElementStore& store : stores) {
+          for (const Element& element : store[kKindIndex<K>]) row_of<K>(element).let(key);
         }
       }
     });
@@ -133,8 +139,8 @@ class System {
     TREL_ASSERT(store_id < stores.size(), "sto/Sto_Element");
     for_each_kind([&]<class K>(std::type_identity<K>) {
       if constexpr (requires(const Row<K>& row) { row.fetch(data); }) {
-        for (const Element<A, K>& element : stores[store_id].template elements<K>()) {
-          datum.set(element.offset, element.row->fetch(data));
+        for (const Element& element : stores[store_id][kKindIndex<K>]) {
+          datum.set(element.offset, row_of<K>(element).fetch(data));
         }
       }
     });
@@ -142,24 +148,9 @@ class System {
 
  private:
   template <class K>
-  [[nodiscard]] const Element<A, K>* find(const std::string& name) const {
-    for (const ElementStore<A>& store : stores) {
-      for (const Element<A, K>& element : store.template elements<K>()) {
-        if (element.row->name == name) return &element;
-      }
-    }
-    return nullptr;
+  [[nodiscard]] static const Row<K>& row_of(const Element& element) {
+    return static_cast<const Row<K>&>(*element.row);
   }
-
-  template <class K>
-  [[nodiscard]] StoreLeaf describe(const Element<A, K>& element, unsigned int stream_id) const {
-    return StoreLeaf(ElementNode(element.row->describe(), stream_id), mode_id_, element.store_id,
-                     element.offset);
-  }
-
-  unsigned int mode_id_;
-  ElementStore<A> all_;
-  std::vector<ElementStore<A>> stores;
 };
 
 }  // namespace Trel::Sto

@@ -8,22 +8,14 @@ namespace Trel::Sto {
 
 class LogicalNav : public LogicalSync<Nav::SyncState, Nav::PacketState> {
  public:
+  static constexpr const char* kSource = "sto/Sto_FileNav";
+
   // The number of the packet's logical stream within the file; -1 without a packet.
   [[nodiscard]] int serial() const { return packet.serial(); }
 };
 
-// A reader of every packet there is; it looks for none in particular.
-class LogicalNavAny : public LogicalNav {
- public:
-  void rewind() override;
-  bool read_next_packet() override;
-  [[nodiscard]] bool valid_packet() const override { return valid; }
-  [[nodiscard]] bool match_packet() const override { return false; }
-  [[nodiscard]] const std::uint8_t* payload_data() const override;
-  [[nodiscard]] std::size_t payload_size() const override;
+using LogicalNavAny = LogicalAny<LogicalNav>;
 
- private:
-  bool valid = false;
-};
+extern template class LogicalAny<LogicalNav>;
 
 }  // namespace Trel::Sto

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "library/Lib_Report.h"
 #include "sto/Sto_File.h"
 
 namespace Trel::Sto {
@@ -46,28 +47,48 @@ class LogicalSync : public Logical {
 
   Sync sync;
   Packet packet;
+
+ private:
+  // Room for fewer bytes is left where what is held is given up a byte at a time. As many bytes as
+  // ever are read then, and wait until there is room.
+  static constexpr unsigned int kLeastRead = 64;
+
+  // Hands the synchronisation bytes for which it has room; false at the end of the data.
+  bool refill();
+
+  std::array<unsigned char, kReadSize> ahead;
+  unsigned int ahead_begin = 0;
+  unsigned int ahead_end = 0;
 };
 
 template <class Sync, class Packet>
 bool LogicalSync<Sync, Packet>::sync_next_packet() {
-  std::array<unsigned char, kReadSize> buffer;
   for (;;) {
     int result = sync.packet_out(packet);
     while (result < 0) result = sync.packet_out(packet);
     if (result > 0) return true;
-    const unsigned int room = std::min(sync.space(), kReadSize);
-    if (room == 0) {
+    if (sync.space() == 0) {
       // What is held claims to be longer than all the space there is.
       sync.remove(1);
-      continue;
-    }
-    const auto count = static_cast<unsigned int>(read(buffer.data(), room));
-    if (count == 0) {
+    } else if (!refill()) {
       packet.reset();
       return false;
     }
-    sync.write(buffer.data(), count);
   }
+}
+
+template <class Sync, class Packet>
+bool LogicalSync<Sync, Packet>::refill() {
+  const unsigned int room = std::min(sync.space(), kReadSize);
+  if (ahead_begin == ahead_end) {
+    const unsigned int wanted = room < kLeastRead ? kReadSize : room;
+    ahead_begin = 0;
+    ahead_end = static_cast<unsigned int>(read(ahead.data(), wanted));
+  }
+  const unsigned int count = std::min(room, ahead_end - ahead_begin);
+  sync.write(ahead.data() + ahead_begin, count);
+  ahead_begin += count;
+  return count != 0;
 }
 
 template <class Sync, class Packet>
@@ -75,6 +96,35 @@ void LogicalSync<Sync, Packet>::rewind_sync() {
   Logical::rewind();
   sync.reset();
   packet.reset();
+  ahead_begin = ahead_end = 0;
 }
+
+// A reader of every packet there is; it looks for none in particular. Base is the family's
+// LogicalSync, whose kSource names it when the payload of no packet is asked for.
+template <class Base>
+class LogicalAny : public Base {
+ public:
+  void rewind() override {
+    this->rewind_sync();
+    valid = false;
+  }
+  bool read_next_packet() override {
+    valid = this->sync_next_packet();
+    return valid;
+  }
+  [[nodiscard]] bool valid_packet() const override { return valid; }
+  [[nodiscard]] bool match_packet() const override { return false; }
+  [[nodiscard]] const std::uint8_t* payload_data() const override {
+    TREL_ASSERT(valid, Base::kSource);
+    return this->packet.payload_data();
+  }
+  [[nodiscard]] std::size_t payload_size() const override {
+    TREL_ASSERT(valid, Base::kSource);
+    return this->packet.payload_size();
+  }
+
+ private:
+  bool valid = false;
+};
 
 }  // namespace Trel::Sto

@@ -5,6 +5,7 @@
 // of functions carry (add_element_Var_t_float), K the tag type that templates on a kind take.
 #pragma once
 
+#include <cstddef>
 #include <tuple>
 #include <type_traits>
 
@@ -59,7 +60,21 @@ std::tuple<Var_t<T>..., Arr_t<T>...> kinds_of(std::type_identity<std::tuple<T...
 
 // The tag types of the table above, in its order.
 using ElementKinds = decltype(Detail::kinds_of(std::type_identity<Lib::ElementTypes>{}));
-static_assert(std::tuple_size_v<ElementKinds> == 22);
+inline constexpr std::size_t kKinds = std::tuple_size_v<ElementKinds>;
+static_assert(kKinds == 22);
+
+namespace Detail {
+template <class K, class... Other>
+constexpr std::size_t index_of(std::type_identity<std::tuple<Other...>>) {
+  std::size_t index = 0;
+  (void)((std::is_same_v<K, Other> || (++index, false)) || ...);
+  return index;
+}
+}  // namespace Detail
+
+// The place of a kind in that order.
+template <class K>
+inline constexpr std::size_t kKindIndex = Detail::index_of<K>(std::type_identity<ElementKinds>{});
 
 // The kind whose variables are of type V.
 template <class V>
@@ -98,14 +113,6 @@ struct PerType {
   template <class... T>
   static std::tuple<Item<T>...> make(std::type_identity<std::tuple<T...>>);
   using type = decltype(make(std::type_identity<Lib::ElementTypes>{}));
-};
-
-// A tuple of Item<K> for each kind, in order.
-template <template <class> class Item>
-struct PerKind {
-  template <class... K>
-  static std::tuple<Item<K>...> make(std::type_identity<std::tuple<K...>>);
-  using type = decltype(make(std::type_identity<ElementKinds>{}));
 };
 
 }  // namespace Trel::Sto

@@ -1,11 +1,13 @@
 #include "sto/Sto_ResourceXCom.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
 #include "sto/Sto_StreamCan.h"
 #include "sto/Sto_StreamMCom.h"
 #include "sto/Sto_StreamNCom.h"
+#include "sto/Sto_StreamRCom.h"
 #include "sto/Sto_StreamUCom.h"
 
 namespace Trel::Sto {
@@ -14,6 +16,7 @@ namespace {
 
 constexpr unsigned long long kInitReadSize = 65536;
 constexpr unsigned long long kScanReadSize = 4096;
+constexpr unsigned long long kEarlyPatience = 1 << 20;
 
 // A kind of stream: how its initial page begins, and how it is made.
 struct StreamKind {
@@ -29,10 +32,20 @@ const auto& stream_kinds() {
   static const std::array kinds = {
       StreamKind{tag_of(Enum::CODEC_TYPE_MCOM), make_stream<StreamMCom>},
       StreamKind{tag_of(Enum::CODEC_TYPE_NCOM), make_stream<StreamNCom>},
+      StreamKind{tag_of(Enum::CODEC_TYPE_RCOM), make_stream<StreamRCom>},
       StreamKind{tag_of(Enum::CODEC_TYPE_UCOM), make_stream<StreamUCom>},
       StreamKind{tag_of(Enum::CODEC_TYPE_CAN), make_stream<StreamCan>},
   };
   return kinds;
+}
+
+std::unique_ptr<Stream> make(Enum::CODEC_TYPE codec, Enum::TRANSPORT_TYPE transport,
+                             unsigned int serial) {
+  const std::string tag = tag_of(codec);
+  for (const StreamKind& kind : stream_kinds()) {
+    if (kind.tag == tag) return kind.make(transport, serial);
+  }
+  return nullptr;
 }
 
 bool begins_with(const ogg_page& page, const std::string& tag) {
@@ -87,8 +100,7 @@ void ResourceOgg::rewind_soft() {
 void ResourceOgg::do_init() {
   push_msg(Enum::DATA_STORE_MSG_INIT, 0.0);
   do_gobble_init(kInitReadSize);
-  while (!capture_ready_streams() && do_gobble_init(kInitReadSize)) {
-  }
+  while (!capture_ready_streams() && do_gobble_init(kInitReadSize)) prescan_early();
   push_msg(Enum::DATA_STORE_MSG_INIT, 100.0);
 }
 
@@ -97,14 +109,47 @@ bool ResourceOgg::capture_ready_streams() {
   for (const auto& [serial, stream] : streams) {
     const Com::XComStreamDec& decoder = stream->get_logical_xcom()->decoder();
     const bool ready = is_ready(decoder.get_status());
-    if (ready && !stream->is_captured()) {
-      stream->set_captured();
-      stream->get_meta() = decoder.get_meta();
-      stream->codec_configure();
-    }
+    if (ready && !stream->is_captured()) configure(*stream);
     all_ready = all_ready && ready;
   }
   return all_ready;
+}
+
+void ResourceOgg::configure(Stream& stream) {
+  stream.set_captured();
+  stream.get_meta() = stream.get_logical_xcom()->decoder().get_meta();
+  stream.codec_configure();
+}
+
+// A stream waits as long as its headers are, at the least: making it anew costs what they cost.
+void ResourceOgg::prescan_early() {
+  const unsigned long long place = position();
+  for (auto& [serial, stream] : streams) {
+    if (!stream->is_captured()) continue;
+    Com::XComStreamDec& decoder = stream->get_logical_xcom()->decoder();
+    Early& early = early_[serial];
+    if (early.patience == 0) early.patience = std::max(kEarlyPatience, place);
+    if (early.restarts != decoder.get_restarts()) {
+      if (early.begun) make_anew(stream);
+      early = {decoder.get_restarts(), place, early.patience};
+    }
+    if (place - early.from < early.patience) continue;
+    if (decoder.get_status() != Enum::STREAM_DECODE_STATUS_DECODING) continue;
+    early.begun = true;
+    if (stream->is_configured() && !early.finished) {
+      early.finished = draw(*stream, &Stream::xcom_prescan_packet);
+    }
+    ogg_packet unwanted;
+    while (decoder.packet_out(unwanted) != 0) {
+    }
+  }
+}
+
+void ResourceOgg::make_anew(std::unique_ptr<Stream>& stream) {
+  std::unique_ptr<Stream> fresh = make(stream->getCodec(), getTrans(), stream->getSerialId());
+  fresh->set_logical_xcom(stream->release_logical_xcom());
+  stream = std::move(fresh);
+  configure(*stream);
 }
 
 Stream* ResourceOgg::stream_of(const ogg_page& page) {
@@ -152,16 +197,21 @@ void ResourceOgg::drain(Active& active, ScanPacket scan_packet) {
       active.erase(at);
       return;
     }
-    Com::XComStreamDec& decoder = stream.get_logical_xcom()->decoder();
-    bool finished = false;
-    ogg_packet packet;
-    while (!finished) {
-      const int result = decoder.packet_out(packet);
-      if (result == 0) break;
-      if (result < 0) continue;
-      finished = (stream.*scan_packet)(packet.packet, static_cast<unsigned int>(packet.bytes));
-    }
+    Early& early = early_[at->first];
+    early.reached = true;
+    const bool finished = early.finished || draw(stream, scan_packet);
     at = finished ? active.erase(at) : std::next(at);
+  }
+}
+
+bool ResourceOgg::draw(Stream& stream, ScanPacket scan_packet) {
+  Com::XComStreamDec& decoder = stream.get_logical_xcom()->decoder();
+  for (;;) {
+    ogg_packet packet;
+    const int result = decoder.packet_out(packet);
+    if (result == 0) return false;
+    if (result < 0) continue;
+    if ((stream.*scan_packet)(packet.packet, static_cast<unsigned int>(packet.bytes))) return true;
   }
 }
 
@@ -182,6 +232,10 @@ void ResourceOgg::scan(Enum::DATA_STORE_MSG msg, ScanPacket scan_packet) {
 
 void ResourceOgg::do_prescan() {
   scan(Enum::DATA_STORE_MSG_PRESCAN, &Stream::xcom_prescan_packet);
+  for (auto& [serial, stream] : streams) {
+    if (early_[serial].begun && !early_[serial].reached) make_anew(stream);
+  }
+  early_.clear();
   for (const auto& [serial, stream] : streams) {
     stream->get_logical_xcom()->rewind();
     stream->prescan_tidy();

@@ -27,10 +27,29 @@ class ResourceOgg : public Resource {
   void do_prescan();
   void do_postscan();
 
+  // How far a stream's prescan has come while init waits for the headers of another.
+  struct Early {
+    std::uint64_t restarts = 0;       // of its decoder, when this count began
+    unsigned long long from = 0;      // place in the file where that was
+    unsigned long long patience = 0;  // bytes of the file that may pass before packets are taken
+    bool begun = false;
+    bool finished = false;
+    bool reached = false;  // by the prescan proper
+  };
+
   // Captures and configures the streams that have their headers; whether all streams have.
   bool capture_ready_streams();
+  void configure(Stream& stream);
+  // Takes what the captured streams have queued through their prescan, so that the queues do not
+  // grow with a file in which some stream never gets its headers. What a stream queued ahead of a
+  // further initial page is no part of its prescan, and the prescan proper may not reach the stream
+  // at all: a stream that has then taken something is made anew.
+  void prescan_early();
+  void make_anew(std::unique_ptr<Stream>& stream);
   // Reads the file until no stream wants more of this pass, giving each its packets.
   void scan(Enum::DATA_STORE_MSG msg, ScanPacket scan_packet);
+  // Gives the stream the packets that its decoder holds; true once it wants no more.
+  static bool draw(Stream& stream, ScanPacket scan_packet);
   // Gives each active stream the packets that its decoder holds, and drops the streams that want no
   // more.
   void drain(Active& active, ScanPacket scan_packet);
@@ -47,6 +66,7 @@ class ResourceOgg : public Resource {
   Stream* stream_of(const ogg_page& page);
 
   OggSync sync;
+  std::map<unsigned int, Early> early_;
 };
 
 }  // namespace Trel::Sto

@@ -7,6 +7,7 @@
 #include "library/Lib_System.h"
 #include "library/Lib_Timer.h"
 #include "sto/Sto_ResourceNav.h"
+#include "sto/Sto_ResourceRng.h"
 #include "sto/Sto_ResourceXCom.h"
 
 namespace Trel::Sto {
@@ -22,6 +23,7 @@ std::unique_ptr<Resource> open_resource(const Options& options, const std::strin
   if (extension == ".ncom" || extension == ".mcom") {
     return std::make_unique<ResourceNav>(options, path, messages);
   }
+  if (extension == ".rcom") return std::make_unique<ResourceRng>(options, path, messages);
   return nullptr;
 }
 

@@ -39,12 +39,26 @@ class PageSource {
   ogg_packet packet_{};
 };
 
-// Where a walk draws its packets from: a raw navigation file, whose packets have no location.
-class NavSource {
- public:
-  NavSource(Stream& stream, LogicalNav& reader) : stream_(stream), reader_(reader) {}
+// Goes on to the next packet of the stream: any of a navigation file, the matching of a range file.
+// False at the end of the data.
+bool next_of_stream(LogicalNav& reader) {
+  return reader.read_next_packet();
+}
 
-  bool next() { return reader_.read_next_packet(); }
+bool next_of_stream(LogicalRng& reader) {
+  while (reader.read_next_packet()) {
+    if (reader.match_packet()) return true;
+  }
+  return false;
+}
+
+// Where a walk draws its packets from: a raw file, whose packets have no location.
+template <class Reader>
+class RawSource {
+ public:
+  RawSource(Stream& stream, Reader& reader) : stream_(stream), reader_(reader) {}
+
+  bool next() { return next_of_stream(reader_); }
   void seek() { stream_.seek_packet(reader_.payload_data(), size(), 0); }
   void decode() { stream_.decode_packet(reader_.payload_data(), size(), 0); }
   void rewind() { reader_.rewind(); }
@@ -57,7 +71,7 @@ class NavSource {
   }
 
   Stream& stream_;
-  LogicalNav& reader_;
+  Reader& reader_;
 };
 
 }  // namespace
@@ -111,7 +125,7 @@ void Stream::cache_indexer(const Lib::VariableExt<long long>& now, long long loc
 }
 
 template <class Source>
-void Stream::init_walk(Source source, nano_t t) {
+bool Stream::init_walk(Source source, nano_t t) {
   const bool back = t < target;
   if (back) {
     set_good(false);
@@ -119,12 +133,11 @@ void Stream::init_walk(Source source, nano_t t) {
     source.rewind();
   }
   source.enable();
-  if (!back) return;
-  if (source.next()) {
+  if (back && source.next()) {
     source.seek();
     set_good(true);
   }
-  target = indexer;
+  return back;
 }
 
 template <class Source>
@@ -157,22 +170,22 @@ bool Stream::decode_walk(Source source, nano_t t) {
 
 bool Stream::do_init_nav(nano_t t) {
   if (!storable || !logical_nav) return false;
-  init_walk(NavSource(*this, *logical_nav), t);
+  if (init_walk(RawSource(*this, *logical_nav), t)) target = indexer;
   return true;
 }
 
 bool Stream::do_seek_nav(nano_t t) {
-  return seek_walk(NavSource(*this, *logical_nav), t);
+  return seek_walk(RawSource(*this, *logical_nav), t);
 }
 
 bool Stream::do_decode_nav(nano_t t) {
-  return decode_walk(NavSource(*this, *logical_nav), t);
+  return decode_walk(RawSource(*this, *logical_nav), t);
 }
 
 bool Stream::do_init_ogg(nano_t t) {
   TREL_ASSERT(logical_xcom, "sto/Sto_Stream");
   if (!storable) return false;
-  init_walk(PageSource(*this, *logical_xcom), t);
+  if (init_walk(PageSource(*this, *logical_xcom), t)) target = indexer;
   return true;
 }
 
@@ -184,12 +197,30 @@ bool Stream::do_decode_ogg(nano_t t) {
   return decode_walk(PageSource(*this, *logical_xcom), t);
 }
 
+// The target stays where the last seek or decode put it.
+bool Stream::do_init_rng(nano_t t) {
+  if (!storable) return false;
+  TREL_ASSERT(logical_rng, "sto/Sto_Stream");
+  init_walk(RawSource(*this, *logical_rng), t);
+  return true;
+}
+
+bool Stream::do_seek_rng(nano_t t) {
+  return seek_walk(RawSource(*this, *logical_rng), t);
+}
+
+bool Stream::do_decode_rng(nano_t t) {
+  return decode_walk(RawSource(*this, *logical_rng), t);
+}
+
 bool Stream::do_init(nano_t t) {
   switch (trans) {
     case Enum::TRANSPORT_TYPE_NAV:
       return do_init_nav(t);
     case Enum::TRANSPORT_TYPE_OGG:
       return do_init_ogg(t);
+    case Enum::TRANSPORT_TYPE_RNG:
+      return do_init_rng(t);
     default:
       return false;
   }
@@ -201,6 +232,8 @@ bool Stream::do_seek(nano_t t) {
       return do_seek_nav(t);
     case Enum::TRANSPORT_TYPE_OGG:
       return do_seek_ogg(t);
+    case Enum::TRANSPORT_TYPE_RNG:
+      return do_seek_rng(t);
     default:
       return false;
   }
@@ -214,6 +247,8 @@ bool Stream::do_decode(nano_t t) {
       return do_decode_nav(t);
     case Enum::TRANSPORT_TYPE_OGG:
       return do_decode_ogg(t);
+    case Enum::TRANSPORT_TYPE_RNG:
+      return do_decode_rng(t);
     default:
       return false;
   }
@@ -222,6 +257,7 @@ bool Stream::do_decode(nano_t t) {
 void Stream::do_tidy() {
   if (trans == Enum::TRANSPORT_TYPE_NAV && logical_nav) logical_nav->disable();
   if (trans == Enum::TRANSPORT_TYPE_OGG && logical_xcom) logical_xcom->disable();
+  if (trans == Enum::TRANSPORT_TYPE_RNG && logical_rng) logical_rng->disable();
 }
 
 }  // namespace Trel::Sto

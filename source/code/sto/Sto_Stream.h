@@ -19,6 +19,7 @@
 #include "sto/Sto_Datum.h"
 #include "sto/Sto_File.h"
 #include "sto/Sto_FileNav.h"
+#include "sto/Sto_FileRng.h"
 #include "sto/Sto_Kind.h"
 #include "sto/Sto_Taxonomy.h"
 
@@ -196,12 +197,22 @@ class Stream {
   void set_logical_xcom(std::unique_ptr<LogicalXCom> reader) {
     logical_xcom = std::move(reader);
   }
+  [[nodiscard]] std::unique_ptr<LogicalXCom> release_logical_xcom() {
+    return std::move(logical_xcom);
+  }
   // The reader of a raw navigation file; null on another transport, and where no packet was found.
   [[nodiscard]] LogicalNav* get_logical_nav() {
     return logical_nav.get();
   }
   void set_logical_nav(std::unique_ptr<LogicalNav> reader) {
     logical_nav = std::move(reader);
+  }
+  // The reader of a raw range file; null on another transport, and where no packet was found.
+  [[nodiscard]] LogicalRng* get_logical_rng() {
+    return logical_rng.get();
+  }
+  void set_logical_rng(std::unique_ptr<LogicalRng> reader) {
+    logical_rng = std::move(reader);
   }
 
   // The tag of the stream's initial header: "[Trel-UCom]" and its like.
@@ -233,9 +244,11 @@ class Stream {
  private:
   // The export asserts the reader of each stream under its name.
   friend class ResourceNav;
+  friend class ResourceRng;
 
+  // Whether it went back to the start, which it did when t had been passed.
   template <class Source>
-  void init_walk(Source source, nano_t t);
+  bool init_walk(Source source, nano_t t);
   template <class Source>
   bool seek_walk(Source source, nano_t t);
   template <class Source>
@@ -246,6 +259,9 @@ class Stream {
   bool do_init_ogg(nano_t t);
   bool do_seek_ogg(nano_t t);
   bool do_decode_ogg(nano_t t);
+  bool do_init_rng(nano_t t);
+  bool do_seek_rng(nano_t t);
+  bool do_decode_rng(nano_t t);
 
   Enum::TRANSPORT_TYPE trans;
   Enum::CODEC_TYPE codec;
@@ -263,6 +279,7 @@ class Stream {
   long long location_previous = 0;
   long long location_current = 0;
   nano_t target;
+  std::unique_ptr<LogicalRng> logical_rng;
   std::unique_ptr<LogicalNav> logical_nav;
   std::unique_ptr<LogicalXCom> logical_xcom;
 };

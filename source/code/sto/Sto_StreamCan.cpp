@@ -22,7 +22,7 @@ bool StreamCan::codec_configure() {
 template <Lib::ElementType T>
 void StreamCan::add_signal(const Can::Signal& signal) {
   const InfoNode info(InfoProps(signal.get_tag(), 1, nullptr, signal.get_unit(),
-                                signal.get_comment(), signal.get_factor().get_real(),
+                                signal.get_shared_comment(), signal.get_factor().get_real(),
                                 signal.get_min().get_real(), signal.get_max().get_real(), 0, 0));
   access.add(AccessCan::Pointer<Lib::VariableExt<T>>(signal.get_six(), info),
              AccessCan::shared().size());

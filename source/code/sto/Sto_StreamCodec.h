@@ -82,9 +82,8 @@ class StreamCodec : public Stream {
   }
 
   void query_measurements(std::vector<DynamicNode>& measurements) const override {
-    const auto append = [&](const auto& row) { measurements.push_back(row.describe()); };
-    A::shared().for_each_row(append);
-    access.for_each_row(append);
+    A::shared().describe_rows(measurements);
+    access.describe_rows(measurements);
   }
 
   [[nodiscard]] Result get_start() const override { return result_of(A::time_of(data_start)); }
@@ -99,18 +98,18 @@ class StreamCodec : public Stream {
 #define TREL_DEFINE(kind, K)                                                           \
   bool add_element_##kind(unsigned int mode, unsigned int place, unsigned int index,   \
                           const std::string& name) override {                          \
-    return add_element_of<K>(mode, place, index, name);                                \
+    return add_element_of(kKindIndex<K>, mode, place, index, name);                    \
   }                                                                                    \
   [[nodiscard]] bool hit_element_##kind(unsigned int mode, const std::string& name)    \
       const override {                                                                 \
-    return systems.at(mode).template hit_element<K>(name);                             \
+    return systems.at(mode).hit_element(kKindIndex<K>, name);                          \
   }                                                                                    \
   bool use_element_##kind(StoreLeaf& leaf, ValueText<typename K::value_type>& fn,      \
                           unsigned int mode, const std::string& name) const override { \
     return systems.at(mode).template use_element<K>(leaf, fn, name, getStreamId());    \
   }                                                                                    \
   [[nodiscard]] StoreLeaf sum_element_##kind(unsigned int mode) const override {       \
-    return systems.at(mode).template sum_element<K>(getStreamId());                    \
+    return systems.at(mode).sum_element(kKindIndex<K>, getStreamId());                 \
   }
   TREL_ELEMENT_KINDS(TREL_DEFINE)
 #undef TREL_DEFINE
@@ -154,19 +153,17 @@ class StreamCodec : public Stream {
   Data data_end;
 
  private:
-  template <class K>
-  [[nodiscard]] const typename A::template Row<K>* find_row(const std::string& name) const {
-    const auto* row = A::shared().template find<K>(name);
-    return row != nullptr ? row : access.template find<K>(name);
+  [[nodiscard]] const AnyAccessRow* find_row(std::size_t kind, const std::string& name) const {
+    const AnyAccessRow* row = A::shared().find(kind, name);
+    return row != nullptr ? row : access.find(kind, name);
   }
 
-  template <class K>
-  bool add_element_of(unsigned int mode, unsigned int place, unsigned int index,
+  bool add_element_of(std::size_t kind, unsigned int mode, unsigned int place, unsigned int index,
                       const std::string& name) {
     if (!is_storable()) return false;
-    const auto* row = find_row<K>(name);
+    const AnyAccessRow* row = find_row(kind, name);
     if (row == nullptr) return false;
-    systems.at(mode).template add_element<K>(*row, place, index);
+    systems.at(mode).add_element(kind, *row, place, index);
     return true;
   }
 
@@ -193,8 +190,9 @@ class StreamCodec : public Stream {
   [[nodiscard]] Result result_of(const std::string& element, const Data& data) const {
     Result result;
     first_kind([&]<class K>(std::type_identity<K>) {
-      if constexpr (requires(const typename A::template Row<K>& row) { row.fetch(data); }) {
-        const auto* row = find_row<K>(element);
+      using Row = typename A::template Row<K>;
+      if constexpr (requires(const Row& row) { row.fetch(data); }) {
+        const auto* row = static_cast<const Row*>(find_row(kKindIndex<K>, element));
         if (row != nullptr) result = result_of(row->fetch(data));
         return row != nullptr;
       }

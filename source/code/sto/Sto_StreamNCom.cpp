@@ -18,4 +18,16 @@ bool StreamNCom::raw_packet(const unsigned char* data, unsigned int size) {
   return false;
 }
 
+void StreamNCom::let_scan() {
+  StreamNav::let_scan();
+  if (getTrans() == Enum::TRANSPORT_TYPE_RNG) let_source(codec.Key());
+}
+
+void StreamNCom::note_scan(Com::Meta& header) {
+  StreamNav::note_scan(header);
+  if (getTrans() != Enum::TRANSPORT_TYPE_RNG) return;
+  Com::Meta* range = meta.find_aux_header("{Trel-Range}");
+  if (range != nullptr) note_source(*range, data_end);
+}
+
 }  // namespace Trel::Sto

@@ -14,6 +14,9 @@ class StreamNCom : public StreamNav<Nav::NComCodec, AccessNCom> {
  private:
   // A bare packet, or, when longer, packets behind a header that tells where they came from.
   bool raw_packet(const unsigned char* data, unsigned int size) override;
+  // In a range file the headers also tell where the packets came from.
+  void let_scan() override;
+  void note_scan(Com::Meta& header) override;
 };
 
 }  // namespace Trel::Sto

@@ -1,5 +1,7 @@
 #include "sto/Sto_StreamNav.h"
 
+#include "sto/Sto_AccessText.h"
+
 namespace Trel::Sto {
 
 namespace {
@@ -56,6 +58,20 @@ void let_unit(Nav::ComKey& key) {
   main.Let_System_ProductModel();
   main.Let_System_Source();
   main.Let_Time_Rate();
+  key.PropagateKeyOr();
+}
+
+void note_source(Com::Meta& header, const Nav::ComData& data) {
+  Notes notes(header);
+  notes.code("Provenance", data.IsProvenanceValid(), data.GetProvenance());
+  notes.text("Address.IPv4", data.IsAddressIPv4Valid(),
+             address_text(data.GetAddressIPv4()).c_str());
+  notes.number("Address.File", data.IsAddressFileValid(), data.GetAddressFile());
+  notes.number("Address.Serial", data.IsAddressSerialValid(), data.GetAddressSerial());
+}
+
+void let_source(Nav::ComKey& key) {
+  key.KMain().Let_System_Process();
   key.PropagateKeyOr();
 }
 

@@ -1,14 +1,10 @@
-// The streams of navigation packets: what those of NCom and of MCom share.
-//
-// Nothing needs to be configured. A scan decodes little: the prescan looks for the first times and
-// samples, and the scan that follows wants only the groups behind the scan header. Elements bring
-// their own groups along once they have been selected. Codec is the family's codec, A its access
-// table.
+// The streams of navigation packets: what those of NCom and of MCom share. Codec is the family's
+// codec, A its access table.
 #pragma once
 
 #include "nav/Nav_ComData.h"
 #include "sto/Sto_AccessNav.h"
-#include "sto/Sto_StreamCodec.h"
+#include "sto/Sto_StreamKeyed.h"
 
 namespace Trel::Sto {
 
@@ -18,36 +14,22 @@ void note_unit(Com::Meta& header, const Nav::ComData& data);
 // Wants the groups behind those notes, and nothing else.
 void let_unit(Nav::ComKey& key);
 
+// The same for the way by which the packets came, and for its group, which is wanted in addition.
+void note_source(Com::Meta& header, const Nav::ComData& data);
+void let_source(Nav::ComKey& key);
+
 template <class Codec, class A>
-class StreamNav : public StreamCodec<Codec, Nav::ComData, A> {
- public:
-  bool codec_configure() override {
-    this->set_configured();
-    return true;
-  }
-  void prescan_tidy() override {
-    StreamCodec<Codec, Nav::ComData, A>::prescan_tidy();
-    let_unit(this->codec.Key());
-  }
-  // Adds the groups of the elements selected in `mode` to those that are wanted already.
-  void let_system(unsigned int mode) override {
-    this->systems.at(mode).let(this->codec.Key());
-    this->codec.Key().PropagateKeyOr();
-  }
-
+class StreamNav : public StreamKeyed<Codec, Nav::ComData, A> {
  protected:
-  // What the codec answers to the packet that completed its prescan.
-  static constexpr int kPrescanComplete = 2;
+  using StreamKeyed<Codec, Nav::ComData, A>::StreamKeyed;
 
-  StreamNav(Enum::TRANSPORT_TYPE transport, Enum::CODEC_TYPE type, unsigned int serial)
-      : StreamCodec<Codec, Nav::ComData, A>(transport, type, serial, true) {}
+  void let_scan() override { let_unit(this->codec.Key()); }
+  void note_scan(Com::Meta& header) override { note_unit(header, this->data_end); }
 
  private:
   bool page_packet(const unsigned char* data, unsigned int size) override {
-    return this->codec.DecodeSuper(data, size, true) == kPrescanComplete;
+    return this->codec.DecodeSuper(data, size, true) == this->kPrescanComplete;
   }
-  void rewind_codec() override { this->codec.PrescanRewind(true); }
-  void note_scan(Com::Meta& header) override { note_unit(header, this->data_end); }
 };
 
 }  // namespace Trel::Sto

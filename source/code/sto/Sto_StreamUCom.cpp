@@ -22,9 +22,9 @@ bool StreamUCom::codec_configure() {
 template <Lib::ElementType T>
 void StreamUCom::add_row(const UCom::Signal& signal) {
   const auto& typed = static_cast<const UCom::SignalM<T>&>(signal);
-  const InfoNode info(InfoProps(typed.get_name(), 1, nullptr, typed.get_unit(), typed.get_comment(),
-                                0.0, static_cast<double>(typed.get_min()),
-                                static_cast<double>(typed.get_max()), 0.0, 0.0));
+  const InfoNode info(InfoProps(
+      typed.get_name(), 1, nullptr, typed.get_shared_unit(), typed.get_shared_comment(), 0.0,
+      static_cast<double>(typed.get_min()), static_cast<double>(typed.get_max()), 0.0, 0.0));
   access.add(AccessUCom::Pointer<Lib::VariableExt<T>>(typed.get_slot(), info),
              AccessUCom::shared().size());
 }

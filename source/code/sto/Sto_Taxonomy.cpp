@@ -15,9 +15,21 @@ int decimals_of(double resolution) {
 
 }  // namespace
 
-InfoProps::InfoProps(std::string name_in, unsigned int size_in, IndexLabel label_in,
-                     std::string unit_in, std::string description_in, double resolution_in,
-                     double d1, double d2, double d3, double d4)
+const std::string& Text::str() const {
+  static const std::string kEmpty;
+  return text_ ? *text_ : kEmpty;
+}
+
+InfoProps::InfoProps() = default;
+InfoProps::InfoProps(const InfoProps& other) = default;
+InfoProps::InfoProps(InfoProps&& other) noexcept = default;
+InfoProps& InfoProps::operator=(const InfoProps& other) = default;
+InfoProps& InfoProps::operator=(InfoProps&& other) noexcept = default;
+InfoProps::~InfoProps() = default;
+
+InfoProps::InfoProps(std::string name_in, unsigned int size_in, IndexLabel label_in, Text unit_in,
+                     Text description_in, double resolution_in, double d1, double d2, double d3,
+                     double d4)
     : name(std::move(name_in)),
       size(size_in),
       unit(std::move(unit_in)),

@@ -5,7 +5,10 @@
 // All are plain values. A default record describes nothing: its ids are kNoId, its names "?".
 #pragma once
 
+#include <memory>
+#include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "enum/Enum.h"
@@ -64,20 +67,46 @@ using StreamLeaf = TaxNode<GroupNode, PropsStream>;
 
 // What an element is and where it lives.
 
+// A constant text that its copies share: a description may be long, and many elements may have the
+// same.
+class Text {
+ public:
+  Text() = default;  // empty
+  Text(std::shared_ptr<const std::string> text) : text_(std::move(text)) {}
+  Text(std::string text) : Text(std::make_shared<const std::string>(std::move(text))) {}
+  Text(const char* text) : Text(std::string(text)) {}
+
+  // Valid as long as any copy.
+  [[nodiscard]] const std::string& str() const;
+  operator const std::string&() const { return str(); }
+
+  friend bool operator==(const Text& text, std::string_view other) { return text.str() == other; }
+  friend std::ostream& operator<<(std::ostream& out, const Text& text) { return out << text.str(); }
+
+ private:
+  std::shared_ptr<const std::string> text_;
+};
+
 // The text of an array index.
 using IndexLabel = std::string (*)(unsigned long long);
 
 struct InfoProps {
-  InfoProps() = default;
+  InfoProps();
   // `size` is 1 for a scalar and the number of entries of an array; `label` may be null. The
   // resolution may be given with either sign.
-  InfoProps(std::string name, unsigned int size, IndexLabel label, std::string unit,
-            std::string description, double resolution, double d1, double d2, double d3, double d4);
+  InfoProps(std::string name, unsigned int size, IndexLabel label, Text unit, Text description,
+            double resolution, double d1, double d2, double d3, double d4);
+  // Out of line, since descriptions are copied in many places.
+  InfoProps(const InfoProps& other);
+  InfoProps(InfoProps&& other) noexcept;
+  InfoProps& operator=(const InfoProps& other);
+  InfoProps& operator=(InfoProps&& other) noexcept;
+  ~InfoProps();
 
   std::string name = "?";
   unsigned int size = 1;
-  std::string unit;
-  std::string description;  // one sentence for people
+  Text unit;
+  Text description;  // one sentence for people
   IndexLabel label = nullptr;
   double resolution = 0.0;
   int decimals = -1;  // for display; -1 when the resolution is not known

@@ -5,6 +5,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <string>
 
 #include "enum/Enum.h"
 
@@ -14,6 +16,9 @@ using sid_t = std::uint64_t;
 using six_t = std::uint64_t;
 using mid_t = std::uint64_t;
 using mix_t = std::uint64_t;
+
+// One text for all entries that inherit it.
+using SharedText = std::shared_ptr<const std::string>;
 
 inline constexpr sid_t sid_t_inv = ~sid_t{0};
 inline constexpr six_t six_t_inv = ~six_t{0};

@@ -25,8 +25,6 @@ namespace Trel::UCom {
 
 class SignalList;
 
-using SharedText = std::shared_ptr<const std::string>;
-
 class Recursive {
  public:
   using Json = nlohmann::json;

@@ -136,6 +136,12 @@ const std::string& Signal::get_unit() const {
 const std::string& Signal::get_comment() const {
   return *details_->comment;
 }
+const SharedText& Signal::get_shared_unit() const {
+  return details_->unit;
+}
+const SharedText& Signal::get_shared_comment() const {
+  return details_->comment;
+}
 
 SignalRange Signal::get_range() const {
   SignalRange range;

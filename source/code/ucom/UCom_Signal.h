@@ -14,6 +14,7 @@
 
 #include "library/Lib_Variable.h"
 #include "ucom/UCom_Basic.h"
+#include "ucom/UCom_Values.h"
 
 namespace Trel::UCom {
 
@@ -76,6 +77,11 @@ class Signal {
   virtual void convert_print(std::ostream& out, const unsigned char* bytes) const = 0;
   // Calls the dispatcher's overload for the measurement type.
   virtual void accept(AbstractDispatcher& dispatcher, const unsigned char* bytes) const = 0;
+  // Sets the signal's own variable among `values` to the value, with the time and the Timeless
+  // state of `stamp`, which may be that of the variable itself: what every packet asks of its
+  // signals.
+  virtual void decode(Values& values, const Lib::StampExt& stamp,
+                      const unsigned char* bytes) const = 0;
 
   void set_six(six_t six);
   void set_slot(std::uint32_t value) { slot = value; }
@@ -93,6 +99,9 @@ class Signal {
   [[nodiscard]] const std::string& get_name() const;
   [[nodiscard]] const std::string& get_unit() const;
   [[nodiscard]] const std::string& get_comment() const;
+  // The same, shared with every signal that inherits them.
+  [[nodiscard]] const SharedText& get_shared_unit() const;
+  [[nodiscard]] const SharedText& get_shared_comment() const;
   [[nodiscard]] SignalRange get_range() const;
   // Bytes of message data that converting can touch, counted from its first one.
   [[nodiscard]] std::uint32_t get_reach() const;
