@@ -114,11 +114,25 @@ TEST(TrakgenOptions, navigation_packets_come_on_whole_milliseconds_or_never) {
   }
 }
 
+TEST(TrakgenOptions, a_range_measurement_has_one_to_four_targets) {
+  EXPECT_EQ(accepted({"--shape", "range"}).shape, Shape::range);
+  EXPECT_EQ(accepted({"--shape", "range"}).targets, 2U);
+  EXPECT_EQ(accepted({"--targets", "1"}).targets, 1U);
+  EXPECT_EQ(accepted({"--targets", "4"}).targets, 4U);
+  for (const std::string value : {"0", "5", "x"}) {
+    EXPECT_EQ(refusal({"--targets", value}), "--targets: bad value '" + value + "'");
+  }
+}
+
 TEST(TrakgenOptions, the_extension_makes_a_raw_file) {
   EXPECT_TRUE(is_raw_file(accepted({"--out", "a/b.ncom"})));
   EXPECT_FALSE(is_mcom_file(accepted({"--out", "a/b.ncom"})));
   EXPECT_TRUE(is_raw_file(accepted({"--out", "a/b.mcom"})));
   EXPECT_TRUE(is_mcom_file(accepted({"--out", "a/b.mcom"})));
+  EXPECT_TRUE(is_raw_file(accepted({"--out", "a/b.rcom"})));
+  EXPECT_TRUE(is_rcom_file(accepted({"--out", "a/b.rcom"})));
+  EXPECT_FALSE(is_mcom_file(accepted({"--out", "a/b.rcom"})));
+  EXPECT_FALSE(is_rcom_file(accepted({"--out", "a/b.ncom"})));
   EXPECT_FALSE(is_raw_file(accepted({"--out", "a/b.xcom"})));
   EXPECT_FALSE(is_raw_file(accepted({"--out", "ncom"})));
 }
@@ -127,9 +141,9 @@ TEST(TrakgenOptions, help_names_every_option) {
   EXPECT_TRUE(accepted({"--help"}).help);
   for (const char* name :
        {"--out FILE", "--seconds N", "--rate N", "--can-rate N", "--ncom-rate N", "--mcom-rate N",
-        "--streams N", "--shape NAME", "--signals-per-message N", "--packets-per-page N",
-        "--page-bytes N", "--seed N", "--drop-page N", "--repeat-page N", "--swap-pages N",
-        "--flip-bit OFFSET", "--garbage OFFSET:LENGTH", "--cut BYTES"}) {
+        "--streams N", "--shape NAME", "--targets N", "--signals-per-message N",
+        "--packets-per-page N", "--page-bytes N", "--seed N", "--drop-page N", "--repeat-page N",
+        "--swap-pages N", "--flip-bit OFFSET", "--garbage OFFSET:LENGTH", "--cut BYTES"}) {
     EXPECT_THAT(help(), HasSubstr(name));
   }
 }

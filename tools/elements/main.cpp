@@ -10,6 +10,7 @@
 
 #include "sto/Sto_AccessCan.h"
 #include "sto/Sto_AccessNav.h"
+#include "sto/Sto_AccessRng.h"
 
 namespace {
 
@@ -36,8 +37,9 @@ void write_table(const Entries& entries) {
             << "|---|---|---|---|---|---|\n";
   for (const auto& [name, entry] : entries) {
     const DynamicNode& node = entry.node;
-    std::cout << "| `" << name << "` | " << Trel::Enum::GetString(node.basic_type) << " | "
-              << node.unit << " | ";
+    std::cout << "| `" << name << "` | " << Trel::Enum::GetString(node.basic_type);
+    if (node.is_array) std::cout << '[' << node.size << ']';
+    std::cout << " | " << node.unit << " | ";
     if (node.resolution > 0.0) std::cout << std::setprecision(6) << node.resolution;
     std::cout << " | " << entry.families << " | " << node.description << " |\n";
   }
@@ -49,6 +51,8 @@ int main() {
   Entries navigation;
   collect(navigation, AccessNCom::shared(), "NCom");
   collect(navigation, AccessMCom::shared(), "MCom");
+  Entries range;
+  collect(range, AccessRCom::shared(), "RCom");
   Entries can;
   collect(can, AccessCan::shared(), "CAN");
 
@@ -60,6 +64,11 @@ int main() {
       << "Angles are in degrees, times named Nano in nanoseconds of GPS time.\n\n"
       << "## Navigation streams\n\n";
   write_table(navigation);
+  std::cout
+      << "\n## Range streams\n\n"
+      << "Those of a target stand four times: Target1 to Target4. A type with a number in\n"
+      << "brackets is a run of so many entries, and `Name[3]` asks for the fourth of them.\n\n";
+  write_table(range);
   std::cout << "\n## CAN streams\n\n";
   write_table(can);
 }

@@ -12,6 +12,8 @@
 #include "trakgen/Trakgen_Can.h"
 #include "trakgen/Trakgen_Nav.h"
 #include "trakgen/Trakgen_Output.h"
+#include "trakgen/Trakgen_Range.h"
+#include "trakgen/Trakgen_RangeScene.h"
 #include "trakgen/Trakgen_Scene.h"
 #include "trakgen/Trakgen_UCom.h"
 
@@ -23,12 +25,16 @@ constexpr std::uint32_t kUComSerial = 1001;
 constexpr std::uint32_t kCanSerial = 2001;
 constexpr std::uint32_t kNComSerial = 3001;
 constexpr std::uint32_t kMComSerial = 4001;
+constexpr std::uint32_t kRComSerial = 5001;
 
 constexpr std::uint64_t kRawMComRate = 100;
 
+// The readings at step `index` of `rate` per second.
+using Sampler = std::function<Sample(std::uint64_t index, std::uint64_t rate)>;
+
 // One instrument of one vehicle.
 struct Source {
-  Scene scene;
+  Sampler sampler;
   const StreamShape* shape;
   std::uint64_t rate;
   PacketSink sink;
@@ -49,11 +55,23 @@ void play(std::vector<Source>& sources, std::uint64_t seconds) {
     const std::size_t i = turns.top().second;
     turns.pop();
     Source& source = sources[i];
-    const Sample sample = source.scene.at(source.index, source.rate);
+    const Sample sample = source.sampler(source.index, source.rate);
     source.shape->packets(source.index, source.rate, sample, source.sink);
     ++source.index;
     add_turn(i);
   }
+}
+
+Sampler driver(std::uint64_t seed, std::uint64_t vehicle) {
+  return [scene = Scene(seed, vehicle)](std::uint64_t index, std::uint64_t rate) {
+    return scene.at(index, rate);
+  };
+}
+
+Sampler on_the_ground(unsigned int vehicle) {
+  return [vehicle](std::uint64_t index, std::uint64_t rate) {
+    return RangeScene::sample(vehicle, index, rate);
+  };
 }
 
 // A kind of stream that each vehicle has one of.
@@ -77,36 +95,90 @@ std::vector<Kind> kinds_of(const Options& options) {
   return kinds;
 }
 
-void generate_recording(const Options& options, Output& output) {
-  Support::Recording recording(
-      [&output](std::span<const unsigned char> page) { output.write_page(page); });
+// Ends what the headers say, writes them, and gives the place for packets.
+PacketSink open_stream(const Options& options, Support::RecordingStream& stream,
+                       const std::string& group) {
+  stream.grouping(group)
+      .packets_per_page(options.packets_per_page)
+      .bytes_per_page(options.page_bytes)
+      .headers();
+  return [&stream](std::span<const unsigned char> bytes) { stream.packet(bytes); };
+}
+
+// The range unit, the hunter and the targets.
+void generate_range(const Options& options, Support::Recording& recording) {
+  const auto targets = static_cast<unsigned int>(options.targets);
+  const auto range = make_range_shape(targets, kNComSerial);
+  const auto ncom = make_ncom_shape();
+  std::vector<Source> sources;
+  const auto add = [&](const StreamShape& shape, std::uint64_t rate, unsigned int vehicle,
+                       Support::RecordingStream& stream, const std::string& group) {
+    sources.push_back({on_the_ground(vehicle), &shape, rate, open_stream(options, stream, group)});
+  };
+  auto& measured = recording.stream(kRComSerial);
+  range->describe(measured);
+  add(*range, kRangeRate, RangeScene::kHunter, measured, "Range");
+  for (unsigned int vehicle = 0; vehicle <= targets && options.ncom_rate != 0; ++vehicle) {
+    auto& stream = recording.stream(kNComSerial + vehicle);
+    ncom->describe(stream);
+    stream.range(range_role(vehicle, kRComSerial));
+    add(*ncom, options.ncom_rate, vehicle, stream, "Range");
+  }
+  play(sources, options.seconds);
+}
+
+void generate_vehicles(const Options& options, Support::Recording& recording) {
   const std::vector<Kind> kinds = kinds_of(options);
   std::vector<Source> sources;
   for (std::uint64_t i = 0; i < options.streams; ++i) {
     for (const Kind& kind : kinds) {
       auto& stream = recording.stream(kind.first_serial + static_cast<std::uint32_t>(i));
       kind.shape->describe(stream);
-      stream.grouping("Vehicle " + std::to_string(i + 1))
-          .packets_per_page(options.packets_per_page)
-          .bytes_per_page(options.page_bytes)
-          .headers();
-      sources.push_back(
-          {Scene(options.seed, i), kind.shape.get(), kind.rate,
-           [&stream](std::span<const unsigned char> bytes) { stream.packet(bytes); }});
+      sources.push_back({driver(options.seed, i), kind.shape.get(), kind.rate,
+                         open_stream(options, stream, "Vehicle " + std::to_string(i + 1))});
     }
   }
   play(sources, options.seconds);
+}
+
+void generate_recording(const Options& options, Output& output) {
+  Support::Recording recording(
+      [&output](std::span<const unsigned char> page) { output.write_page(page); });
+  if (options.shape == Shape::range) {
+    generate_range(options, recording);
+  } else {
+    generate_vehicles(options, recording);
+  }
   recording.finish();
+}
+
+// The packets of all inertial units, wrapped, and those of the range unit.
+void generate_raw_range(const Options& options, Output& output) {
+  const auto targets = static_cast<unsigned int>(options.targets);
+  const auto range = make_range_shape(targets, kNComSerial);
+  const auto ncom = make_ncom_shape();
+  std::vector<Source> sources;
+  for (unsigned int vehicle = 0; vehicle <= targets && options.ncom_rate != 0; ++vehicle) {
+    sources.push_back({on_the_ground(vehicle), ncom.get(), options.ncom_rate,
+                       [&output, vehicle](std::span<const unsigned char> packet) {
+                         output.write_page(wrapped_packet(vehicle, bare_packet(packet)));
+                       }});
+  }
+  sources.push_back({on_the_ground(RangeScene::kHunter), range.get(), kRangeRate,
+                     [&output](std::span<const unsigned char> packet) {
+                       output.write_page(bare_packet(packet));
+                     }});
+  play(sources, options.seconds);
 }
 
 void generate_raw_file(const Options& options, Output& output) {
   const bool vessel = is_mcom_file(options);
   const auto shape = vessel ? make_mcom_shape() : make_ncom_shape();
   const auto rate = vessel ? options.mcom_rate.value_or(kRawMComRate) : options.ncom_rate;
-  std::vector<Source> sources{
-      {Scene(options.seed, 0), shape.get(), rate, [&output](std::span<const unsigned char> packet) {
-         output.write_page(bare_packet(packet));
-       }}};
+  std::vector<Source> sources{{driver(options.seed, 0), shape.get(), rate,
+                               [&output](std::span<const unsigned char> packet) {
+                                 output.write_page(bare_packet(packet));
+                               }}};
   play(sources, options.seconds);
 }
 
@@ -114,7 +186,9 @@ void generate_raw_file(const Options& options, Output& output) {
 
 void generate(const Options& options) {
   Output output(options.out, options.damage);
-  if (is_raw_file(options)) {
+  if (is_rcom_file(options)) {
+    generate_raw_range(options, output);
+  } else if (is_raw_file(options)) {
     generate_raw_file(options, output);
   } else {
     generate_recording(options, output);

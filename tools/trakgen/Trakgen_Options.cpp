@@ -47,8 +47,10 @@ bool add_number(Options& options, const std::string& text) {
 }
 
 bool set_shape(Options& options, const std::string& text) {
-  constexpr std::array<std::pair<const char*, Shape>, 3> kShapes{
-      {{"drive", Shape::drive}, {"narrow", Shape::narrow}, {"wide", Shape::wide}}};
+  constexpr std::array<std::pair<const char*, Shape>, 4> kShapes{{{"drive", Shape::drive},
+                                                                  {"narrow", Shape::narrow},
+                                                                  {"wide", Shape::wide},
+                                                                  {"range", Shape::range}}};
   const auto* found = std::find_if(kShapes.begin(), kShapes.end(),
                                    [&text](const auto& row) { return row.first == text; });
   if (found == kShapes.end()) return false;
@@ -82,17 +84,18 @@ struct Row {
 
 constexpr Row kRows[] = {
     {"--out", "FILE", set_out,
-     "what to write; NAME.ncom and NAME.mcom make a raw file (drive.xcom)"},
+     "what to write; NAME.ncom, NAME.mcom and NAME.rcom make a raw file (drive.xcom)"},
     {"--seconds", "N", set_number<&Options::seconds, 0, 10'000'000>, "its length (180)"},
     {"--rate", "N", set_number<&Options::rate, 1, 100'000>,
      "UCom packets per second of the fast messages (100)"},
     {"--can-rate", "N", set_can_rate, "CAN batches per second of a drive, 10 or more, or 0 (100)"},
     {"--ncom-rate", "N", set_ncom_rate,
-     "NCom packets per second of a drive, dividing 1000, or 0 (100)"},
+     "NCom packets per second of a vehicle, dividing 1000, or 0 (100)"},
     {"--mcom-rate", "N", set_mcom_rate, "MCom packets likewise (0; in a raw file 100)"},
     {"--streams", "N", set_number<&Options::streams, 1, 1000>,
      "vehicles, one stream of each kind for each (1)"},
-    {"--shape", "NAME", set_shape, "drive, narrow or wide (drive)"},
+    {"--shape", "NAME", set_shape, "drive, narrow, wide or range (drive)"},
+    {"--targets", "N", set_number<&Options::targets, 1, 4>, "of a range measurement (2)"},
     {"--signals-per-message", "N", set_number<&Options::signals_per_message, 4, 3000>,
      "time, position and others, in narrow (8) and wide (204)"},
     {"--packets-per-page", "N", set_number<&Options::packets_per_page, 1, 1'000'000>,
@@ -112,11 +115,15 @@ constexpr Row kRows[] = {
 }  // namespace
 
 bool is_raw_file(const Options& options) {
-  return options.out.ends_with(".ncom") || is_mcom_file(options);
+  return options.out.ends_with(".ncom") || is_mcom_file(options) || is_rcom_file(options);
 }
 
 bool is_mcom_file(const Options& options) {
   return options.out.ends_with(".mcom");
+}
+
+bool is_rcom_file(const Options& options) {
+  return options.out.ends_with(".rcom");
 }
 
 std::optional<std::string> parse(const std::vector<std::string>& arguments, Options& options) {
@@ -138,8 +145,8 @@ std::optional<std::string> parse(const std::vector<std::string>& arguments, Opti
 std::string help() {
   std::string text =
       "Usage: trakgen [option...]\n"
-      "Writes an XCom recording of a drive that never took place, or a raw file of its NCom or\n"
-      "MCom packets. The same options give the same bytes.\n\n";
+      "Writes an XCom recording of a drive or of a range measurement that never took place, or a\n"
+      "raw file of its NCom, MCom or RCom packets. The same options give the same bytes.\n\n";
   const auto line = [&text](std::string left, const char* right) {
     left.resize(std::max<std::size_t>(left.size() + 2, 28), ' ');
     text += "  " + left + right + "\n";
@@ -151,7 +158,10 @@ std::string help() {
          "from\n"
          "the start of what is left after pages were dropped, repeated and swapped. A raw file "
          "holds\n"
-         "the packets of the first vehicle's inertial unit, and each of them counts as a page.\n";
+         "the packets of the first vehicle's inertial unit, or all packets of the range "
+         "measurement; "
+         "each\n"
+         "of them counts as a page.\n";
 }
 
 }  // namespace Trel::Trakgen

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "trakgen/Trakgen_Earth.h"
 #include "trakgen/Trakgen_Wave.h"
 
 namespace Trel::Trakgen {
@@ -104,23 +105,6 @@ double degrees(double turns) {
   return 360 * turns;
 }
 
-// Metres of one degree of latitude and longitude at the middle of the loop, on the ellipsoid.
-struct DegreeLengths {
-  double latitude;
-  double longitude;
-};
-
-DegreeLengths degree_lengths() {
-  constexpr double kAxis = 6378137;
-  constexpr double kEccentricity = 0.00669437999014;  // squared
-  const double level = sine(kLatitude / 360);
-  const double w = 1 - kEccentricity * level * level;
-  const double meridian = kAxis * (1 - kEccentricity) / (w * std::sqrt(w));
-  const double normal = kAxis / std::sqrt(w);
-  return {(meridian + kAltitude) * kPi / 180,
-          (normal + kAltitude) * cosine(kLatitude / 360) * kPi / 180};
-}
-
 }  // namespace
 
 Scene::Scene(std::uint64_t seed, std::uint64_t vehicle)
@@ -136,7 +120,7 @@ Sample Scene::at(std::uint64_t index, std::uint64_t rate) const {
   const auto noisy = [this, elapsed](double value, double deviation, std::uint64_t channel) {
     return value + deviation * noise(seed_, static_cast<std::uint64_t>(elapsed), channel);
   };
-  static const DegreeLengths kDegree = degree_lengths();
+  static const DegreeLengths kDegree = degree_lengths(kLatitude, kAltitude);
   const double seconds = static_cast<double>(index) / static_cast<double>(rate);
   const Curve along = progress(seconds);
   const double rounds = start_ + along.value;
