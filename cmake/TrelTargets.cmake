@@ -11,6 +11,7 @@ function(trel_library name)
     add_library(${target} STATIC ${ARG_SOURCES})
     set(scope PUBLIC)
     target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:trel_strict> ${ARG_PRIVATE})
+    trel_use_precompiled(${target} library)
   else()
     add_library(${target} INTERFACE)
     set(scope INTERFACE)
@@ -25,28 +26,76 @@ function(trel_library name)
   set_property(GLOBAL APPEND PROPERTY TREL_LIBRARIES ${target})
 endfunction()
 
+# All test programs share one precompiled header too, in every build: what they are built with is
+# chosen for a quick build, as tests are many and run for an instant.
+if(TRAKDUMP_TESTS)
+  add_library(trel_test_options INTERFACE)
+  target_link_libraries(trel_test_options INTERFACE trel_options GTest::gmock GTest::gtest_main)
+  # As libraries are, so that both can share the header.
+  target_compile_options(trel_test_options INTERFACE ${TRAKDUMP_TEST_FLAGS} -fPIC)
+  # What gcc 12 follows through inlined strings, maps and counting allocators ends in false alarms.
+  target_compile_options(
+    trel_test_options
+    INTERFACE
+      $<$<CXX_COMPILER_ID:GNU>:-Wno-mismatched-new-delete;-Wno-array-bounds;-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-maybe-uninitialized>
+  )
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/precompiled/test.cpp CONTENT "// nothing\n")
+  add_library(test_precompiled OBJECT ${PROJECT_BINARY_DIR}/precompiled/test.cpp)
+  target_link_libraries(test_precompiled PRIVATE trel_test_options nlohmann_json::nlohmann_json)
+  target_precompile_headers(
+    test_precompiled PRIVATE <gtest/gtest.h> <gmock/gmock.h> <fstream> <nlohmann/json.hpp>)
+endif()
+
+# Clang's builds under the sanitizers compile the headers of others once for all libraries, too, and
+# once more for what tests and tools share. Those of gcc, which are shipped, show that each source
+# includes what it uses.
+if(TRAKDUMP_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/precompiled/library.cpp CONTENT "// nothing\n")
+  add_library(library_precompiled OBJECT ${PROJECT_BINARY_DIR}/precompiled/library.cpp)
+  target_link_libraries(library_precompiled PRIVATE trel_strict nlohmann_json::nlohmann_json)
+  target_precompile_headers(
+    library_precompiled
+    PRIVATE
+    <algorithm>
+    <array>
+    <map>
+    <memory>
+    <string>
+    <tuple>
+    <valarray>
+    <variant>
+    <vector>
+    <nlohmann/json.hpp>)
+endif()
+
+# trel_use_precompiled(TARGET library|test): lets a target take part in that.
+function(trel_use_precompiled target kind)
+  if(TARGET library_precompiled AND TARGET ${kind}_precompiled)
+    target_precompile_headers(${target} REUSE_FROM ${kind}_precompiled)
+  endif()
+endfunction()
+
 # trel_test(NAME [PREFIX text] SOURCES file... LINK target...)
 #
 # Makes the test program test_NAME and registers each of its tests with CTest, behind the prefix and
-# under the label NAME.
+# under the label NAME; under the sanitizers it is registered as a whole.
 function(trel_test name)
   cmake_parse_arguments(ARG "" "PREFIX" "SOURCES;LINK" ${ARGN})
   set(target test_${name})
+  set_property(GLOBAL APPEND PROPERTY TREL_TESTS ${target})
   add_executable(${target} ${ARG_SOURCES})
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  target_link_libraries(${target} PRIVATE trel_options ${ARG_LINK} GTest::gmock GTest::gtest_main)
-  # Tests are many and run for an instant: what they are built with is chosen for a quick build.
-  target_compile_options(${target} PRIVATE -O1 -g1)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # What gcc 12 follows through inlined strings, maps and counting allocators ends in false alarms.
-    target_compile_options(
-      ${target} PRIVATE -Wno-mismatched-new-delete -Wno-array-bounds -Wno-stringop-overflow
-                        -Wno-stringop-overread -Wno-maybe-uninitialized)
+  target_link_libraries(${target} PRIVATE trel_test_options ${ARG_LINK})
+  target_precompile_headers(${target} REUSE_FROM test_precompiled)
+  if(TRAKDUMP_SANITIZE)
+    # Starting a program is dear there.
+    add_test(NAME ${target} COMMAND ${target})
+    set_tests_properties(${target} PROPERTIES TIMEOUT 600 LABELS ${name})
+  else()
+    gtest_discover_tests(
+      ${target}
+      TEST_PREFIX "${ARG_PREFIX}"
+      PROPERTIES TIMEOUT 120 LABELS ${name}
+      DISCOVERY_TIMEOUT 60)
   endif()
-  target_precompile_headers(${target} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
-  gtest_discover_tests(
-    ${target}
-    TEST_PREFIX "${ARG_PREFIX}"
-    PROPERTIES TIMEOUT 120 LABELS ${name}
-    DISCOVERY_TIMEOUT 60)
 endfunction()

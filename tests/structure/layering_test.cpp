@@ -50,6 +50,18 @@ TEST(Layering, every_quoted_include_names_a_file_from_the_root_of_the_sources) {
   }
 }
 
+TEST(Layering, every_header_may_be_included_twice) {
+  for (const char* root : {"source/code", "app", "tests", "tools"}) {
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(TREL_PROJECT_DIR) / root)) {
+      if (entry.path().extension() != ".h") continue;
+      std::ifstream lines(entry.path());
+      bool once = false;
+      for (std::string line; !once && std::getline(lines, line);) once = line == "#pragma once";
+      EXPECT_TRUE(once) << entry.path();
+    }
+  }
+}
+
 TEST(Layering, the_scan_sees_the_source_tree) {
   EXPECT_TRUE(has_arrow(project_arrows(), "library/Lib_Dynamic.h", "library/Lib_Stamp.h"));
 }
