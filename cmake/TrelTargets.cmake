@@ -68,10 +68,14 @@ if(TRAKDUMP_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     <nlohmann/json.hpp>)
 endif()
 
-# trel_use_precompiled(TARGET library|test): lets a target take part in that.
+# trel_use_precompiled(TARGET library|test): lets a target take part in that; what shares the header
+# of the tests is built as they are.
 function(trel_use_precompiled target kind)
   if(TARGET library_precompiled AND TARGET ${kind}_precompiled)
     target_precompile_headers(${target} REUSE_FROM ${kind}_precompiled)
+    if(kind STREQUAL "test")
+      target_compile_options(${target} PRIVATE ${TRAKDUMP_TEST_FLAGS})
+    endif()
   endif()
 endfunction()
 
