@@ -311,8 +311,10 @@ std::string outside(const Bytes& bytes, std::size_t page) {
   return tally.findings.empty() ? "" : tally.findings[0].printed;
 }
 
+// Not the first page: in a file this short the walk meets that gap with all of the file read, and
+// begins without a packet, where it begins with one if the page was never written.
 TEST(DamageOutside, a_page_of_whole_packets_costs_them_and_nothing_else) {
-  for (std::size_t page = 2; page < 12; ++page) EXPECT_EQ(outside(clock(false), page), "") << page;
+  for (std::size_t page = 3; page < 12; ++page) EXPECT_EQ(outside(clock(false), page), "") << page;
 }
 
 // The page that lies between the head and the tail of a packet: where it was never written these

@@ -161,8 +161,17 @@ std::vector<std::size_t> finish(const Worker& worker, int status, const Limits& 
 
 }  // namespace
 
+// gcc tells of its sanitizer by one name, clang by another.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TREL_DAMAGE_SANITIZED
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define TREL_DAMAGE_SANITIZED
+#endif
+
 Limits limits_of_this_build() {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(TREL_DAMAGE_SANITIZED)
   return {60, 0};
 #elif defined(__OPTIMIZE__)
   return {2, 32 * 1024};

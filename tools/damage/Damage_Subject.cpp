@@ -122,10 +122,10 @@ Subject make_subject(const std::string& name, const std::string& extension, Byte
 std::vector<Subject> make_subjects() {
   // UCom, CAN and MCom of a vehicle, RCom and NCom of two others.
   const Bytes drive =
-      generate(".xcom", {"--seconds", "6", "--rate", "2", "--can-rate", "10", "--ncom-rate", "0",
+      generate(".xcom", {"--seconds", "2", "--rate", "2", "--can-rate", "10", "--ncom-rate", "0",
                          "--mcom-rate", "5", "--packets-per-page", "4"});
   const Bytes range = generate(".xcom", {"--shape", "range", "--targets", "1", "--seconds", "1",
-                                         "--ncom-rate", "20", "--packets-per-page", "4"});
+                                         "--ncom-rate", "10", "--packets-per-page", "4"});
   return {
       make_subject("recording", ".xcom", beside(drive, range)),
       make_subject("ncom", ".ncom", generate(".ncom", {"--seconds", "12", "--ncom-rate", "20"})),
