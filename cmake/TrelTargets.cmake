@@ -79,20 +79,23 @@ function(trel_use_precompiled target kind)
   endif()
 endfunction()
 
-# trel_test(NAME [PREFIX text] SOURCES file... LINK target...)
+# trel_test(NAME [PREFIX text] SOURCES file... [ALONE file...] LINK target...)
 #
 # Makes the test program test_NAME and registers each of its tests with CTest, behind the prefix and
-# under the label NAME; under the sanitizers it is registered as a whole.
+# under the label NAME. Under the sanitizers it is registered as a whole, since starting a program is
+# dear there, and its SOURCES are compiled a few at a time, since what their headers bring costs more
+# than they do: so they must not give one name to two things. The files ALONE may.
 function(trel_test name)
-  cmake_parse_arguments(ARG "" "PREFIX" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "" "PREFIX" "SOURCES;ALONE;LINK" ${ARGN})
   set(target test_${name})
   set_property(GLOBAL APPEND PROPERTY TREL_TESTS ${target})
-  add_executable(${target} ${ARG_SOURCES})
+  add_executable(${target} ${ARG_SOURCES} ${ARG_ALONE})
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${target} PRIVATE trel_test_options ${ARG_LINK})
   target_precompile_headers(${target} REUSE_FROM test_precompiled)
   if(TRAKDUMP_SANITIZE)
-    # Starting a program is dear there.
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
+    set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES TIMEOUT 600 LABELS ${name})
   else()

@@ -7,7 +7,7 @@
 namespace Trel::Can {
 namespace {
 
-constexpr const char* kText =
+constexpr const char* kTwoFrames =
     "BO_ 1 M: 8 N\n"
     "SG_ A : 0|8@1- (1,0)\n"
     "SG_ B : 0|8@1+ (1,0)\n"
@@ -16,7 +16,7 @@ constexpr const char* kText =
 
 ComData configured() {
   ComData data;
-  data.configure(database(kText));
+  data.configure(database(kTwoFrames));
   return data;
 }
 

@@ -132,9 +132,9 @@ TEST(CyclicBuffer, the_counters_run_on_through_their_own_overflow) {
 }
 
 TEST(CyclicBuffer, whatever_goes_in_comes_out_in_order) {
-  constexpr unsigned kSeed = 77;
-  SCOPED_TRACE(kSeed);
-  std::mt19937 random(kSeed);
+  const unsigned seed = 77;
+  SCOPED_TRACE(seed);
+  std::mt19937 random(seed);
   Ring ring(5);
   std::deque<char> expected;
   for (int round = 0; round < 20000; ++round) {

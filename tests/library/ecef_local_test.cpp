@@ -8,7 +8,7 @@ namespace {
 using namespace mathematics;
 using Values = std::vector<double>;
 
-constexpr const char* kFile = "ecef_local.cpp";
+constexpr const char* kLocalFile = "ecef_local.cpp";
 constexpr double kEarthRate = 7.292115e-5;  // radians per second, published with WGS84
 
 double gravity(double lat, double alt) {
@@ -140,7 +140,7 @@ TEST(TransportRate, has_no_meaning_at_the_poles) {
   for (const double lat : {kRight, -kRight, kRight - 1e-9}) {
     const GeodeticPosition pole{lat, 0, 0};
     expect_refused([&] { return Lib__compute_transport_rate(&rate, &pole, &velocity); }, 5,
-                   "Lib__compute_transport_rate", kFile);
+                   "Lib__compute_transport_rate", kLocalFile);
   }
   EXPECT_EQ(elements(rate), (Values{7, 7, 7}));
 }
@@ -261,18 +261,18 @@ TEST(LocalRefusal, latitudes_and_altitudes_out_of_range_are_refused) {
     const double the_lat = lat;
     const double the_alt = alt;
     expect_refused([&] { return Lib__compute_local_gravity_magnitude(&g, the_lat, the_alt); }, 3,
-                   magnitude, kFile);
+                   magnitude, kLocalFile);
     expect_refused([&] { return Lib__compute_local_gravity(&r, the_lat, the_alt); }, 3,
-                   "Lib__compute_local_gravity", kFile);
+                   "Lib__compute_local_gravity", kLocalFile);
     const GeodeticPosition position{the_lat, 0, the_alt};
     const OwnedMatrix velocity = column({1, 2, 3});
     expect_refused([&] { return Lib__compute_transport_rate(&r, &position, &velocity); }, 3,
-                   "Lib__compute_transport_rate", kFile);
+                   "Lib__compute_transport_rate", kLocalFile);
   }
   expect_refused([&] { return Lib__compute_earth_curvature(&g, &m, kNan); }, 3,
-                 "Lib__compute_earth_curvature", kFile);
+                 "Lib__compute_earth_curvature", kLocalFile);
   expect_refused([&] { return Lib__compute_earth_local_projection(&r, 1.6); }, 3,
-                 "Lib__compute_earth_local_projection", kFile);
+                 "Lib__compute_earth_local_projection", kLocalFile);
   EXPECT_EQ(g, 7);
   EXPECT_EQ(m, 7);
   EXPECT_EQ(elements(r), (Values{7, 7, 7}));
@@ -285,21 +285,21 @@ TEST(LocalRefusal, null_arguments_and_small_results_are_refused) {
   const GeodeticPosition position{0.5, 0, 0};
   const OwnedMatrix v = column({1, 2, 3});
   expect_refused([&] { return Lib__compute_local_gravity_magnitude(nullptr, 0, 0); }, 2,
-                 "Lib__compute_local_gravity_magnitude", kFile);
+                 "Lib__compute_local_gravity_magnitude", kLocalFile);
   expect_refused([&] { return Lib__compute_local_gravity(nullptr, 0, 0); }, 2,
-                 "Lib__compute_local_gravity", kFile);
+                 "Lib__compute_local_gravity", kLocalFile);
   expect_refused([&] { return Lib__compute_local_gravity(&small, 0, 0); }, 4,
-                 "Lib__compute_local_gravity", kFile);
+                 "Lib__compute_local_gravity", kLocalFile);
   expect_refused([&] { return Lib__compute_earth_curvature(nullptr, &g, 0); }, 2,
-                 "Lib__compute_earth_curvature", kFile);
+                 "Lib__compute_earth_curvature", kLocalFile);
   expect_refused([&] { return Lib__compute_earth_curvature(&g, nullptr, 0); }, 2,
-                 "Lib__compute_earth_curvature", kFile);
+                 "Lib__compute_earth_curvature", kLocalFile);
   expect_refused([&] { return Lib__compute_earth_local_projection(&small, 0); }, 4,
-                 "Lib__compute_earth_local_projection", kFile);
+                 "Lib__compute_earth_local_projection", kLocalFile);
   expect_refused([&] { return Lib__compute_transport_rate(&r, nullptr, &v); }, 2,
-                 "Lib__compute_transport_rate", kFile);
+                 "Lib__compute_transport_rate", kLocalFile);
   expect_refused([&] { return Lib__compute_transport_rate(&r, &position, &small); }, 3,
-                 "Lib__compute_transport_rate", kFile);
+                 "Lib__compute_transport_rate", kLocalFile);
   EXPECT_EQ(g, 7);
   EXPECT_EQ(elements(r), (Values{7, 7, 7}));
 }
@@ -317,7 +317,7 @@ TEST(LocalRefusal, inertial_corrections_write_both_results_or_none) {
   const auto computed = [&](RealMatrix* a, RealMatrix* w, const GeodeticPosition* p,
                             const RealMatrix* velocity, int code) {
     expect_refused([&] { return Lib__compute_imu_b2n_corrections(a, w, p, velocity); }, code,
-                   compute, kFile);
+                   compute, kLocalFile);
   };
   computed(&first, &small, &position, &v, 4);
   computed(&small, &first, &position, &v, 4);
@@ -330,13 +330,13 @@ TEST(LocalRefusal, inertial_corrections_write_both_results_or_none) {
 
   const char* apply_a = "Lib__apply_imu_b2n_corrections_a";
   expect_refused([&] { return Lib__apply_imu_b2n_corrections_a(&first, &v, &v, &v); }, 3, apply_a,
-                 kFile);
+                 kLocalFile);
   expect_refused([&] { return Lib__apply_imu_b2n_corrections_a(&first, &c, nullptr, &v); }, 2,
-                 apply_a, kFile);
+                 apply_a, kLocalFile);
   expect_refused([&] { return Lib__apply_imu_b2n_corrections_a(&small, &c, &v, &v); }, 4, apply_a,
-                 kFile);
+                 kLocalFile);
   expect_refused([&] { return Lib__apply_imu_b2n_corrections_w(&first, &c, &v, &bad); }, 3,
-                 "Lib__apply_imu_b2n_corrections_w", kFile);
+                 "Lib__apply_imu_b2n_corrections_w", kLocalFile);
 
   const char* both = "Lib__compute_and_apply_imu_b2n_corrections";
   const auto applied = [&](RealMatrix* a, RealMatrix* w, const RealMatrix* sensed, int code) {
@@ -344,7 +344,7 @@ TEST(LocalRefusal, inertial_corrections_write_both_results_or_none) {
         [&] {
           return Lib__compute_and_apply_imu_b2n_corrections(a, w, &c, sensed, &v, &position, &v);
         },
-        code, both, kFile);
+        code, both, kLocalFile);
   };
   applied(&first, &small, &v, 4);
   applied(&small, &first, &v, 4);

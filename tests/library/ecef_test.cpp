@@ -8,7 +8,7 @@ namespace {
 
 using namespace mathematics;
 
-constexpr const char* kFile = "ecef.cpp";
+constexpr const char* kEcefFile = "ecef.cpp";
 constexpr double kEquatorRadius = 6378137.0;
 constexpr double kPolarRadius = 6356752.3142;  // of WGS84, to the 0.1 mm that is published
 
@@ -159,7 +159,7 @@ TEST(Ecef, the_earths_centre_is_refused) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(llh.lat, 1);
   EXPECT_EQ(llh.alt, 3);
-  expect_refused([&] { return Ecef2Wgs84(&llh, &centre); }, 3, "Ecef2Wgs84", kFile);
+  expect_refused([&] { return Ecef2Wgs84(&llh, &centre); }, 3, "Ecef2Wgs84", kEcefFile);
   EXPECT_EQ(llh.lat, 1);
 }
 
@@ -186,25 +186,25 @@ TEST(Ecef, bad_arguments_are_refused) {
   EcefPosition xyz{4, 5, 6};
   const EcefPosition bad{kNan, 0, 1};
   const EcefPosition endless{1, kInfinity, 1};
-  expect_refused([&] { return Ecef2Wgs84(&llh, nullptr); }, 2, "Ecef2Wgs84", kFile);
-  expect_refused([&] { return Ecef2Wgs84(nullptr, &xyz); }, 2, "Ecef2Wgs84", kFile);
-  expect_refused([&] { return Ecef2Wgs84(&llh, &bad); }, 3, "Ecef2Wgs84", kFile);
-  expect_refused([&] { return Ecef2Wgs84(&llh, &endless); }, 3, "Ecef2Wgs84", kFile);
-  expect_refused([&] { return Xyz2Llh(&llh, nullptr, 0); }, 2, "Xyz2Llh", kFile);
-  expect_refused([&] { return Xyz2Llh(nullptr, &xyz, 0); }, 2, "Xyz2Llh", kFile);
-  expect_refused([&] { return Xyz2Llh(&llh, &bad, 0); }, 3, "Xyz2Llh", kFile);
-  expect_refused([&] { return Xyz2Llh(&llh, &xyz, 2); }, 3, "Xyz2Llh", kFile);
-  expect_refused([&] { return Xyz2Llh(&llh, &xyz, -1); }, 3, "Xyz2Llh", kFile);
+  expect_refused([&] { return Ecef2Wgs84(&llh, nullptr); }, 2, "Ecef2Wgs84", kEcefFile);
+  expect_refused([&] { return Ecef2Wgs84(nullptr, &xyz); }, 2, "Ecef2Wgs84", kEcefFile);
+  expect_refused([&] { return Ecef2Wgs84(&llh, &bad); }, 3, "Ecef2Wgs84", kEcefFile);
+  expect_refused([&] { return Ecef2Wgs84(&llh, &endless); }, 3, "Ecef2Wgs84", kEcefFile);
+  expect_refused([&] { return Xyz2Llh(&llh, nullptr, 0); }, 2, "Xyz2Llh", kEcefFile);
+  expect_refused([&] { return Xyz2Llh(nullptr, &xyz, 0); }, 2, "Xyz2Llh", kEcefFile);
+  expect_refused([&] { return Xyz2Llh(&llh, &bad, 0); }, 3, "Xyz2Llh", kEcefFile);
+  expect_refused([&] { return Xyz2Llh(&llh, &xyz, 2); }, 3, "Xyz2Llh", kEcefFile);
+  expect_refused([&] { return Xyz2Llh(&llh, &xyz, -1); }, 3, "Xyz2Llh", kEcefFile);
   EXPECT_EQ(llh.lat, 1);
-  expect_refused([&] { return Wgs842Ecef(&xyz, nullptr); }, 2, "Wgs842Ecef", kFile);
-  expect_refused([&] { return Wgs842Ecef(nullptr, &llh); }, 2, "Wgs842Ecef", kFile);
+  expect_refused([&] { return Wgs842Ecef(&xyz, nullptr); }, 2, "Wgs842Ecef", kEcefFile);
+  expect_refused([&] { return Wgs842Ecef(nullptr, &llh); }, 2, "Wgs842Ecef", kEcefFile);
   for (const GeodeticPosition& position : {GeodeticPosition{kNan, 0, 0},
                                            {0, kNan, 0},
                                            {0, 0, kNan},
                                            {0, kInfinity, 0},
                                            {1.5708, 0, 0},
                                            {-1.5708, 0, 0}}) {  // a right angle is 1.570796
-    expect_refused([&] { return Wgs842Ecef(&xyz, &position); }, 3, "Wgs842Ecef", kFile);
+    expect_refused([&] { return Wgs842Ecef(&xyz, &position); }, 3, "Wgs842Ecef", kEcefFile);
   }
   EXPECT_EQ(xyz.x, 4);
 }
@@ -241,11 +241,11 @@ TEST(PZ90, differs_by_its_translation) {
   EXPECT_NEAR(back.x, 1000, 1e-12);
   EXPECT_NEAR(back.y, 2000, 1e-12);
   EXPECT_NEAR(back.z, 3000, 1e-12);
-  expect_refused([&] { return Wgs842PZ90(nullptr, &wgs84); }, 2, "Wgs842PZ90", kFile);
-  expect_refused([&] { return Wgs842PZ90(&back, nullptr); }, 2, "Wgs842PZ90", kFile);
+  expect_refused([&] { return Wgs842PZ90(nullptr, &wgs84); }, 2, "Wgs842PZ90", kEcefFile);
+  expect_refused([&] { return Wgs842PZ90(&back, nullptr); }, 2, "Wgs842PZ90", kEcefFile);
   const EcefPosition bad{0, kNan, 0};
-  expect_refused([&] { return PZ902Wgs84(&back, &bad); }, 3, "PZ902Wgs84", kFile);
-  expect_refused([&] { return PZ902Wgs84(nullptr, &pz90); }, 2, "PZ902Wgs84", kFile);
+  expect_refused([&] { return PZ902Wgs84(&back, &bad); }, 3, "PZ902Wgs84", kEcefFile);
+  expect_refused([&] { return PZ902Wgs84(nullptr, &pz90); }, 2, "PZ902Wgs84", kEcefFile);
 }
 
 TEST(RefFrame, equal_frames_leave_the_position_to_the_bit) {
@@ -322,15 +322,15 @@ TEST(RefFrame, there_and_back_agree_to_rounding) {
 TEST(RefFrame, bad_arguments_are_refused) {
   EcefPosition xyz{1, 2, 3};
   const char* name = "ConvertRefFrame";
-  expect_refused([&] { return ConvertRefFrame(nullptr, 0, 1, 2010); }, 2, name, kFile);
-  expect_refused([&] { return ConvertRefFrame(&xyz, -1, 1, 2010); }, 3, name, kFile);
-  expect_refused([&] { return ConvertRefFrame(&xyz, 0, 3, 2010); }, 3, name, kFile);
-  expect_refused([&] { return ConvertRefFrame(&xyz, 3, 3, 2010); }, 3, name, kFile);
-  expect_refused([&] { return ConvertRefFrame(&xyz, 0, 1, kNan); }, 3, name, kFile);
-  expect_refused([&] { return ConvertRefFrame(&xyz, 0, 1, 1e300); }, 3, name, kFile);
+  expect_refused([&] { return ConvertRefFrame(nullptr, 0, 1, 2010); }, 2, name, kEcefFile);
+  expect_refused([&] { return ConvertRefFrame(&xyz, -1, 1, 2010); }, 3, name, kEcefFile);
+  expect_refused([&] { return ConvertRefFrame(&xyz, 0, 3, 2010); }, 3, name, kEcefFile);
+  expect_refused([&] { return ConvertRefFrame(&xyz, 3, 3, 2010); }, 3, name, kEcefFile);
+  expect_refused([&] { return ConvertRefFrame(&xyz, 0, 1, kNan); }, 3, name, kEcefFile);
+  expect_refused([&] { return ConvertRefFrame(&xyz, 0, 1, 1e300); }, 3, name, kEcefFile);
   EXPECT_EQ(xyz.x, 1);
   EcefPosition bad{1, kNan, 3};
-  expect_refused([&] { return ConvertRefFrame(&bad, 0, 1, 2010); }, 3, name, kFile);
+  expect_refused([&] { return ConvertRefFrame(&bad, 0, 1, 2010); }, 3, name, kEcefFile);
 }
 
 TEST(Satellites, stand_where_they_should_over_the_gulf_of_guinea) {
@@ -397,21 +397,23 @@ TEST(Satellites, bad_arguments_are_refused) {
   const EcefPosition centre;
   SatelliteDirection d{7, 8};
   const char* ecef = "Ecef2SatAngles";
-  expect_refused([&] { return Ecef2SatAngles(nullptr, &receiver, &satellite); }, 2, ecef, kFile);
-  expect_refused([&] { return Ecef2SatAngles(&d, nullptr, &satellite); }, 2, ecef, kFile);
-  expect_refused([&] { return Ecef2SatAngles(&d, &receiver, nullptr); }, 2, ecef, kFile);
-  expect_refused([&] { return Ecef2SatAngles(&d, &bad, &satellite); }, 3, ecef, kFile);
-  expect_refused([&] { return Ecef2SatAngles(&d, &receiver, &receiver); }, 3, ecef, kFile);
-  expect_refused([&] { return Ecef2SatAngles(&d, &centre, &satellite); }, 3, ecef, kFile);
+  expect_refused([&] { return Ecef2SatAngles(nullptr, &receiver, &satellite); }, 2, ecef,
+                 kEcefFile);
+  expect_refused([&] { return Ecef2SatAngles(&d, nullptr, &satellite); }, 2, ecef, kEcefFile);
+  expect_refused([&] { return Ecef2SatAngles(&d, &receiver, nullptr); }, 2, ecef, kEcefFile);
+  expect_refused([&] { return Ecef2SatAngles(&d, &bad, &satellite); }, 3, ecef, kEcefFile);
+  expect_refused([&] { return Ecef2SatAngles(&d, &receiver, &receiver); }, 3, ecef, kEcefFile);
+  expect_refused([&] { return Ecef2SatAngles(&d, &centre, &satellite); }, 3, ecef, kEcefFile);
   const char* wgs84 = "Wgs842SatAngles";
-  expect_refused([&] { return Wgs842SatAngles(nullptr, &llh, &satellite); }, 2, wgs84, kFile);
-  expect_refused([&] { return Wgs842SatAngles(&d, nullptr, &satellite); }, 2, wgs84, kFile);
-  expect_refused([&] { return Wgs842SatAngles(&d, &llh, &bad); }, 3, wgs84, kFile);
+  expect_refused([&] { return Wgs842SatAngles(nullptr, &llh, &satellite); }, 2, wgs84, kEcefFile);
+  expect_refused([&] { return Wgs842SatAngles(&d, nullptr, &satellite); }, 2, wgs84, kEcefFile);
+  expect_refused([&] { return Wgs842SatAngles(&d, &llh, &bad); }, 3, wgs84, kEcefFile);
   const char* both = "SatAngles";
-  expect_refused([&] { return SatAngles(nullptr, &llh, &receiver, &satellite); }, 2, both, kFile);
-  expect_refused([&] { return SatAngles(&d, nullptr, &receiver, &satellite); }, 2, both, kFile);
-  expect_refused([&] { return SatAngles(&d, &llh, nullptr, &satellite); }, 2, both, kFile);
-  expect_refused([&] { return SatAngles(&d, &llh, &receiver, nullptr); }, 2, both, kFile);
+  expect_refused([&] { return SatAngles(nullptr, &llh, &receiver, &satellite); }, 2, both,
+                 kEcefFile);
+  expect_refused([&] { return SatAngles(&d, nullptr, &receiver, &satellite); }, 2, both, kEcefFile);
+  expect_refused([&] { return SatAngles(&d, &llh, nullptr, &satellite); }, 2, both, kEcefFile);
+  expect_refused([&] { return SatAngles(&d, &llh, &receiver, nullptr); }, 2, both, kEcefFile);
   EXPECT_EQ(d.azimuth, 7);
   EXPECT_EQ(d.elevation, 8);
 }
@@ -463,10 +465,10 @@ TEST(LocalAxes, bad_arguments_are_refused) {
   const GeodeticPosition bad{2, 0, 0};
   OwnedMatrix c(3, 3);
   OwnedMatrix small(2, 3);
-  expect_refused([&] { return Ecef2NedRotation(&c, nullptr); }, 2, "Ecef2NedRotation", kFile);
-  expect_refused([&] { return Ecef2NedRotation(nullptr, &llh); }, 2, "Ecef2NedRotation", kFile);
-  expect_refused([&] { return Ecef2NedRotation(&c, &bad); }, 3, "Ecef2NedRotation", kFile);
-  expect_refused([&] { return Ecef2NedRotation(&small, &llh); }, 4, "Ecef2NedRotation", kFile);
+  expect_refused([&] { return Ecef2NedRotation(&c, nullptr); }, 2, "Ecef2NedRotation", kEcefFile);
+  expect_refused([&] { return Ecef2NedRotation(nullptr, &llh); }, 2, "Ecef2NedRotation", kEcefFile);
+  expect_refused([&] { return Ecef2NedRotation(&c, &bad); }, 3, "Ecef2NedRotation", kEcefFile);
+  expect_refused([&] { return Ecef2NedRotation(&small, &llh); }, 4, "Ecef2NedRotation", kEcefFile);
 }
 
 }  // namespace

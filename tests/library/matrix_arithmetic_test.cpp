@@ -9,7 +9,7 @@ namespace {
 using namespace mathematics;
 using Values = std::vector<double>;
 
-constexpr const char* kFile = "matrix_arithmetic.cpp";
+constexpr const char* kArithmeticFile = "matrix_arithmetic.cpp";
 
 // a = (1 2 3; 4 5 6), b = (7 8; 9 10; 11 12), c = (1 -1 2; 0 3 1)
 OwnedMatrix a() {
@@ -234,13 +234,13 @@ TEST(Appendt, columns_become_further_rows) {
   EXPECT_EQ(r.rows, 4);
   EXPECT_EQ(elements(r), (Values{1, 4, 2, 5, 3, 6, 7, 8}));
 
-  expect_refused([&] { return MatAppendt(&r, &one); }, 4, "MatAppendt", kFile);
+  expect_refused([&] { return MatAppendt(&r, &one); }, 4, "MatAppendt", kArithmeticFile);
   const OwnedMatrix other = column({7, 8, 9});
-  expect_refused([&] { return MatAppendt(&r, &other); }, 3, "MatAppendt", kFile);
-  expect_refused([&] { return MatAppendt(&r, nullptr); }, 2, "MatAppendt", kFile);
-  expect_refused([&] { return MatAppendt(nullptr, &one); }, 2, "MatAppendt", kFile);
+  expect_refused([&] { return MatAppendt(&r, &other); }, 3, "MatAppendt", kArithmeticFile);
+  expect_refused([&] { return MatAppendt(&r, nullptr); }, 2, "MatAppendt", kArithmeticFile);
+  expect_refused([&] { return MatAppendt(nullptr, &one); }, 2, "MatAppendt", kArithmeticFile);
   RealMatrix none;
-  expect_refused([&] { return MatAppendt(&none, &one); }, 4, "MatAppendt", kFile);
+  expect_refused([&] { return MatAppendt(&none, &one); }, 4, "MatAppendt", kArithmeticFile);
   EXPECT_EQ(r.rows, 4);
 }
 
@@ -260,8 +260,8 @@ TEST(Scale, multiplies_each_element) {
   OwnedMatrix s(2, 2);
   ASSERT_EQ(MatScaleRsD(&s, 3, &d), 0);
   EXPECT_EQ(elements(s), (Values{3, 0, 0, 6}));
-  expect_refused([&] { return MatScaleRsA(&r, kNan, &m); }, 3, "MatScaleRsA", kFile);
-  expect_refused([&] { return MatScaleRsD(&s, kInfinity, &d); }, 3, "MatScaleRsD", kFile);
+  expect_refused([&] { return MatScaleRsA(&r, kNan, &m); }, 3, "MatScaleRsA", kArithmeticFile);
+  expect_refused([&] { return MatScaleRsD(&s, kInfinity, &d); }, 3, "MatScaleRsD", kArithmeticFile);
 }
 
 TEST(Limit, clips_to_both_ends) {
@@ -271,8 +271,8 @@ TEST(Limit, clips_to_both_ends) {
   EXPECT_EQ(elements(r), (Values{-2, -2, 0, 2, 2}));
   ASSERT_EQ(MatLimitRsA(&r, 0, &m), 0);
   EXPECT_EQ(elements(r), (Values{0, 0, 0, 0, 0}));
-  expect_refused([&] { return MatLimitRsA(&r, -1, &m); }, 3, "MatLimitRsA", kFile);
-  expect_refused([&] { return MatLimitRsA(&r, kNan, &m); }, 3, "MatLimitRsA", kFile);
+  expect_refused([&] { return MatLimitRsA(&r, -1, &m); }, 3, "MatLimitRsA", kArithmeticFile);
+  expect_refused([&] { return MatLimitRsA(&r, kNan, &m); }, 3, "MatLimitRsA", kArithmeticFile);
 }
 
 TEST(Sum, of_matrices_and_of_diagonals) {
@@ -304,7 +304,8 @@ TEST(MaxDiff, is_the_largest_absolute_difference) {
   EXPECT_EQ(difference, 5);
   ASSERT_EQ(MatMaxDiff(&difference, &left, &left), 0);
   EXPECT_EQ(difference, 0);
-  expect_refused([&] { return MatMaxDiff(nullptr, &left, &left); }, 2, "MatMaxDiff", kFile);
+  expect_refused([&] { return MatMaxDiff(nullptr, &left, &left); }, 2, "MatMaxDiff",
+                 kArithmeticFile);
 }
 
 TEST(Norm, of_rows_and_columns) {
@@ -325,8 +326,8 @@ TEST(Norm, of_rows_and_columns) {
   ASSERT_EQ(MatVectorNorm(&norm, &small), 0);
   EXPECT_DOUBLE_EQ(norm, 5e-300);
   const OwnedMatrix m = a();
-  expect_refused([&] { return MatVectorNorm(&norm, &m); }, 3, "MatVectorNorm", kFile);
-  expect_refused([&] { return MatVectorNorm(nullptr, &x); }, 2, "MatVectorNorm", kFile);
+  expect_refused([&] { return MatVectorNorm(&norm, &m); }, 3, "MatVectorNorm", kArithmeticFile);
+  expect_refused([&] { return MatVectorNorm(nullptr, &x); }, 2, "MatVectorNorm", kArithmeticFile);
 }
 
 TEST(DotProduct, takes_rows_and_columns_alike) {
@@ -336,10 +337,13 @@ TEST(DotProduct, takes_rows_and_columns_alike) {
   ASSERT_EQ(MatDotProduct(&product, &x, &y), 0);
   EXPECT_EQ(product, 12);  // 4 - 10 + 18
   const OwnedMatrix two = column({1, 2});
-  expect_refused([&] { return MatDotProduct(&product, &x, &two); }, 3, "MatDotProduct", kFile);
+  expect_refused([&] { return MatDotProduct(&product, &x, &two); }, 3, "MatDotProduct",
+                 kArithmeticFile);
   const OwnedMatrix m = a();
-  expect_refused([&] { return MatDotProduct(&product, &m, &x); }, 3, "MatDotProduct", kFile);
-  expect_refused([&] { return MatDotProduct(nullptr, &x, &y); }, 2, "MatDotProduct", kFile);
+  expect_refused([&] { return MatDotProduct(&product, &m, &x); }, 3, "MatDotProduct",
+                 kArithmeticFile);
+  expect_refused([&] { return MatDotProduct(nullptr, &x, &y); }, 2, "MatDotProduct",
+                 kArithmeticFile);
 }
 
 TEST(CrossProduct, follows_the_right_hand) {
@@ -351,8 +355,10 @@ TEST(CrossProduct, follows_the_right_hand) {
   ASSERT_EQ(MatCrossProduct(&r, &y, &x), 0);
   EXPECT_EQ(elements(r), (Values{0, 0, -1}));
   const OwnedMatrix two = column({1, 2});
-  expect_refused([&] { return MatCrossProduct(&r, &x, &two); }, 3, "MatCrossProduct", kFile);
-  expect_refused([&] { return MatCrossProduct(nullptr, &x, &y); }, 2, "MatCrossProduct", kFile);
+  expect_refused([&] { return MatCrossProduct(&r, &x, &two); }, 3, "MatCrossProduct",
+                 kArithmeticFile);
+  expect_refused([&] { return MatCrossProduct(nullptr, &x, &y); }, 2, "MatCrossProduct",
+                 kArithmeticFile);
 }
 
 struct Named {
@@ -374,15 +380,15 @@ TEST(Refusal, every_form_of_two_matrices_refuses_bad_arguments_and_writes_nothin
                            {MatMultRAtBt, "MatMultRAtBt"},
                            {MatAddRAB, "MatAddRAB"},
                            {MatSubRAB, "MatSubRAB"}}) {
-    expect_refused([&] { return form.call(&r, nullptr, &good); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &good, nullptr); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(nullptr, &good, &good); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &bad, &good); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &good, &bad); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &good, &other); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &none, &good); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&small, &good, &good); }, 4, form.name, kFile);
-    expect_refused([&] { return form.call(&none, &good, &good); }, 4, form.name, kFile);
+    expect_refused([&] { return form.call(&r, nullptr, &good); }, 2, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &good, nullptr); }, 2, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(nullptr, &good, &good); }, 2, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &bad, &good); }, 3, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &good, &bad); }, 3, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &good, &other); }, 3, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &none, &good); }, 3, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&small, &good, &good); }, 4, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&none, &good, &good); }, 4, form.name, kArithmeticFile);
     EXPECT_EQ(elements(r), (Values{5, 6, 7, 8}));
     EXPECT_EQ(elements(small), (Values{5, 6}));
   }
@@ -411,28 +417,30 @@ TEST(Refusal, every_form_with_a_diagonal_refuses_bad_arguments_and_writes_nothin
                            {right, "MatMultRAD"},
                            {right_t, "MatMultRAtD"},
                            {MatSubRDB, "MatSubRDB"}}) {
-    expect_refused([&] { return form.call(&r, nullptr, &good); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &d, nullptr); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(nullptr, &d, &good); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &bad, &good); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &three, &good); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&small, &d, &good); }, 4, form.name, kFile);
+    expect_refused([&] { return form.call(&r, nullptr, &good); }, 2, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &d, nullptr); }, 2, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(nullptr, &d, &good); }, 2, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &bad, &good); }, 3, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&r, &three, &good); }, 3, form.name, kArithmeticFile);
+    expect_refused([&] { return form.call(&small, &d, &good); }, 4, form.name, kArithmeticFile);
     EXPECT_EQ(elements(r), (Values{5, 6, 7, 8}));
     EXPECT_EQ(elements(small), (Values{5, 6}));
   }
-  expect_refused([&] { return MatAddRDE(&r, &d, &three); }, 3, "MatAddRDE", kFile);
-  expect_refused([&] { return MatAddRDE(&r, &d, nullptr); }, 2, "MatAddRDE", kFile);
-  expect_refused([&] { return MatAddRDE(&small, &d, &d); }, 4, "MatAddRDE", kFile);
-  expect_refused([&] { return MatScaleRsD(&r, 1, &three); }, 4, "MatScaleRsD", kFile);
-  expect_refused([&] { return MatScaleRsD(&r, 1, nullptr); }, 2, "MatScaleRsD", kFile);
+  expect_refused([&] { return MatAddRDE(&r, &d, &three); }, 3, "MatAddRDE", kArithmeticFile);
+  expect_refused([&] { return MatAddRDE(&r, &d, nullptr); }, 2, "MatAddRDE", kArithmeticFile);
+  expect_refused([&] { return MatAddRDE(&small, &d, &d); }, 4, "MatAddRDE", kArithmeticFile);
+  expect_refused([&] { return MatScaleRsD(&r, 1, &three); }, 4, "MatScaleRsD", kArithmeticFile);
+  expect_refused([&] { return MatScaleRsD(&r, 1, nullptr); }, 2, "MatScaleRsD", kArithmeticFile);
   EXPECT_EQ(elements(r), (Values{5, 6, 7, 8}));
 
   const OwnedMatrix wide(1, 2, {1, 2});
   Diagonal result{8, 9};
-  expect_refused([&] { return MatMultDAB(&result, &wide, &good); }, 3, "MatMultDAB", kFile);
-  expect_refused([&] { return MatMultDAB(nullptr, &good, &good); }, 2, "MatMultDAB", kFile);
+  expect_refused([&] { return MatMultDAB(&result, &wide, &good); }, 3, "MatMultDAB",
+                 kArithmeticFile);
+  expect_refused([&] { return MatMultDAB(nullptr, &good, &good); }, 2, "MatMultDAB",
+                 kArithmeticFile);
   Diagonal one{8};
-  expect_refused([&] { return MatMultDAB(&one, &good, &good); }, 4, "MatMultDAB", kFile);
+  expect_refused([&] { return MatMultDAB(&one, &good, &good); }, 4, "MatMultDAB", kArithmeticFile);
   EXPECT_EQ(result.storage(), (Values{8, 9}));
 }
 
@@ -442,17 +450,18 @@ TEST(Refusal, forms_of_one_matrix_refuse_bad_arguments) {
   bad(0, 1) = kInfinity;
   OwnedMatrix r(2, 2, {5, 6, 7, 8});
   OwnedMatrix small(1, 1, {5});
-  expect_refused([&] { return MatTranspose(&r, nullptr); }, 2, "MatTranspose", kFile);
-  expect_refused([&] { return MatTranspose(&r, &bad); }, 3, "MatTranspose", kFile);
-  expect_refused([&] { return MatTranspose(&small, &good); }, 4, "MatTranspose", kFile);
-  expect_refused([&] { return MatScaleRsA(&r, 1, nullptr); }, 2, "MatScaleRsA", kFile);
-  expect_refused([&] { return MatScaleRsA(&r, 1, &bad); }, 3, "MatScaleRsA", kFile);
-  expect_refused([&] { return MatScaleRsA(&small, 1, &good); }, 4, "MatScaleRsA", kFile);
-  expect_refused([&] { return MatLimitRsA(&r, 1, nullptr); }, 2, "MatLimitRsA", kFile);
-  expect_refused([&] { return MatLimitRsA(&small, 1, &good); }, 4, "MatLimitRsA", kFile);
+  expect_refused([&] { return MatTranspose(&r, nullptr); }, 2, "MatTranspose", kArithmeticFile);
+  expect_refused([&] { return MatTranspose(&r, &bad); }, 3, "MatTranspose", kArithmeticFile);
+  expect_refused([&] { return MatTranspose(&small, &good); }, 4, "MatTranspose", kArithmeticFile);
+  expect_refused([&] { return MatScaleRsA(&r, 1, nullptr); }, 2, "MatScaleRsA", kArithmeticFile);
+  expect_refused([&] { return MatScaleRsA(&r, 1, &bad); }, 3, "MatScaleRsA", kArithmeticFile);
+  expect_refused([&] { return MatScaleRsA(&small, 1, &good); }, 4, "MatScaleRsA", kArithmeticFile);
+  expect_refused([&] { return MatLimitRsA(&r, 1, nullptr); }, 2, "MatLimitRsA", kArithmeticFile);
+  expect_refused([&] { return MatLimitRsA(&small, 1, &good); }, 4, "MatLimitRsA", kArithmeticFile);
   double value = 3;
-  expect_refused([&] { return MatMaxDiff(&value, &good, &bad); }, 3, "MatMaxDiff", kFile);
-  expect_refused([&] { return MatMaxDiff(&value, &good, &small); }, 3, "MatMaxDiff", kFile);
+  expect_refused([&] { return MatMaxDiff(&value, &good, &bad); }, 3, "MatMaxDiff", kArithmeticFile);
+  expect_refused([&] { return MatMaxDiff(&value, &good, &small); }, 3, "MatMaxDiff",
+                 kArithmeticFile);
   EXPECT_EQ(value, 3);
   EXPECT_EQ(elements(r), (Values{5, 6, 7, 8}));
 }

@@ -9,7 +9,7 @@ namespace {
 using namespace mathematics;
 using Values = std::vector<double>;
 
-constexpr const char* kFile = "matrix_attitude.cpp";
+constexpr const char* kAttitudeFile = "matrix_attitude.cpp";
 
 OwnedMatrix euler(double heading, double pitch, double roll) {
   return column({radians(heading), radians(pitch), radians(roll)});
@@ -181,7 +181,7 @@ TEST(Incline, a_vertical_axis_leaves_no_roll) {
 TEST(Incline, two_axes_cannot_both_be_steep) {
   OwnedMatrix r = column({7, 7, 7});
   const OwnedMatrix steep = euler(0, 60, 31);
-  expect_refused([&] { return Incline2Euler(&r, &steep); }, 3, "Incline2Euler", kFile);
+  expect_refused([&] { return Incline2Euler(&r, &steep); }, 3, "Incline2Euler", kAttitudeFile);
   EXPECT_EQ(elements(r), (Values{7, 7, 7}));
   const OwnedMatrix just = euler(0, 60, -30);  // sin 30 / cos 60 = 1
   // The arc sine turns a rounding of 1e-16 at 1 into its square root.
@@ -268,7 +268,7 @@ TEST(SensedAcceleration, of_nothing_is_refused) {
   const OwnedMatrix zero = column({0, 0, 0});
   OwnedMatrix r = column({7, 7, 7});
   expect_refused([&] { return attitude_from_sensed_accel(&r, &zero); }, 3,
-                 "attitude_from_sensed_accel", kFile);
+                 "attitude_from_sensed_accel", kAttitudeFile);
   EXPECT_EQ(r(0, 0), 7);
 }
 
@@ -312,14 +312,14 @@ TEST(Refusal, every_attitude_function_refuses_bad_arguments_and_writes_nothing) 
     const OwnedMatrix& good = form.argument_cols == 1 ? vector : square;
     OwnedMatrix r(3, 3, {9, 9, 9, 9, 9, 9, 9, 9, 9});
     OwnedMatrix small(2, 1, {9, 9});
-    expect_refused([&] { return form.call(&r, nullptr); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(nullptr, &good); }, 2, form.name, kFile);
+    expect_refused([&] { return form.call(&r, nullptr); }, 2, form.name, kAttitudeFile);
+    expect_refused([&] { return form.call(nullptr, &good); }, 2, form.name, kAttitudeFile);
     expect_refused([&] { return form.call(&r, form.argument_cols == 1 ? &bad : &bad_square); }, 3,
-                   form.name, kFile);
+                   form.name, kAttitudeFile);
     expect_refused([&] { return form.call(&r, form.argument_cols == 1 ? &endless : &bad_square); },
-                   3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &two); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&small, &good); }, 4, form.name, kFile);
+                   3, form.name, kAttitudeFile);
+    expect_refused([&] { return form.call(&r, &two); }, 3, form.name, kAttitudeFile);
+    expect_refused([&] { return form.call(&small, &good); }, 4, form.name, kAttitudeFile);
     EXPECT_EQ(r.storage(), Values(9, 9)) << form.name;
     EXPECT_EQ(small.storage(), Values(2, 9)) << form.name;
   }

@@ -9,7 +9,7 @@ namespace {
 using namespace mathematics;
 using Values = std::vector<double>;
 
-constexpr const char* kFile = "matrix_factor.cpp";
+constexpr const char* kFactorFile = "matrix_factor.cpp";
 constexpr const char* kDecomposition = "Encountered ill-conditioned matrix in Crout decomposition";
 
 class Crout : public CroutMatrix {
@@ -73,7 +73,7 @@ TEST(UDUt, a_diagonal_below_the_limit_is_refused_and_nothing_is_written) {
   OwnedMatrix u(2, 2, {7, 7, 7, 7});
   Diagonal d{8, 8};
   const auto refused = [&](const OwnedMatrix& a) {
-    expect_refused([&] { return MatUDUtDecompUDA(&u, &d, &a); }, 5, "MatUDUtDecompUDA", kFile,
+    expect_refused([&] { return MatUDUtDecompUDA(&u, &d, &a); }, 5, "MatUDUtDecompUDA", kFactorFile,
                    text);
   };
   refused({2, 2, {1, 0, 0, 0.99e-20}});
@@ -102,12 +102,12 @@ TEST(UDUt, bad_arguments_are_refused) {
   Diagonal d(2);
   Diagonal one(1);
   const char* name = "MatUDUtDecompUDA";
-  expect_refused([&] { return MatUDUtDecompUDA(&u, &d, &wide); }, 3, name, kFile);
-  expect_refused([&] { return MatUDUtDecompUDA(&u, &d, nullptr); }, 2, name, kFile);
-  expect_refused([&] { return MatUDUtDecompUDA(nullptr, &d, &a); }, 2, name, kFile);
-  expect_refused([&] { return MatUDUtDecompUDA(&u, nullptr, &a); }, 2, name, kFile);
-  expect_refused([&] { return MatUDUtDecompUDA(&small, &d, &a); }, 4, name, kFile);
-  expect_refused([&] { return MatUDUtDecompUDA(&u, &one, &a); }, 4, name, kFile);
+  expect_refused([&] { return MatUDUtDecompUDA(&u, &d, &wide); }, 3, name, kFactorFile);
+  expect_refused([&] { return MatUDUtDecompUDA(&u, &d, nullptr); }, 2, name, kFactorFile);
+  expect_refused([&] { return MatUDUtDecompUDA(nullptr, &d, &a); }, 2, name, kFactorFile);
+  expect_refused([&] { return MatUDUtDecompUDA(&u, nullptr, &a); }, 2, name, kFactorFile);
+  expect_refused([&] { return MatUDUtDecompUDA(&small, &d, &a); }, 4, name, kFactorFile);
+  expect_refused([&] { return MatUDUtDecompUDA(&u, &one, &a); }, 4, name, kFactorFile);
 }
 
 TEST(Ubksb, solves_from_the_last_row_up) {
@@ -125,13 +125,13 @@ TEST(Ubksb, a_zero_on_the_diagonal_is_refused) {
   const OwnedMatrix u(2, 2, {1, 5, 0, 0.9e-20});
   const OwnedMatrix b = column({1, 2});
   OwnedMatrix r = column({8, 9});
-  expect_refused([&] { return MatUbksbRUB(&r, &u, &b); }, 5, "MatUbksbRUB", kFile);
+  expect_refused([&] { return MatUbksbRUB(&r, &u, &b); }, 5, "MatUbksbRUB", kFactorFile);
   const OwnedMatrix three = column({1, 2, 3});
-  expect_refused([&] { return MatUbksbRUB(&r, &u, &three); }, 3, "MatUbksbRUB", kFile);
-  expect_refused([&] { return MatUbksbRUB(&r, nullptr, &b); }, 2, "MatUbksbRUB", kFile);
+  expect_refused([&] { return MatUbksbRUB(&r, &u, &three); }, 3, "MatUbksbRUB", kFactorFile);
+  expect_refused([&] { return MatUbksbRUB(&r, nullptr, &b); }, 2, "MatUbksbRUB", kFactorFile);
   const OwnedMatrix unit(2, 2, {1, 5, 0, 1});
   OwnedMatrix small(1, 1, {4});
-  expect_refused([&] { return MatUbksbRUB(&small, &unit, &b); }, 4, "MatUbksbRUB", kFile);
+  expect_refused([&] { return MatUbksbRUB(&small, &unit, &b); }, 4, "MatUbksbRUB", kFactorFile);
   EXPECT_EQ(elements(r), (Values{8, 9}));
 }
 
@@ -242,11 +242,12 @@ TEST(CroutFactors, singular_matrices_are_refused_and_the_record_is_empty) {
   Crout c(3);
   const auto refused = [&](const OwnedMatrix& a) {
     c.size = 3;
-    expect_refused([&] { return MatCroutDecompCA(&c, &a); }, 5, "MatCroutDecompCA", kFile,
+    expect_refused([&] { return MatCroutDecompCA(&c, &a); }, 5, "MatCroutDecompCA", kFactorFile,
                    kDecomposition);
     EXPECT_EQ(c.size, 0);
     OwnedMatrix r(3, 3, {1, 1, 1, 1, 1, 1, 1, 1, 1});
-    expect_refused([&] { return MatInvRA(&r, &a); }, 5, "MatCroutDecompCA", kFile, kDecomposition);
+    expect_refused([&] { return MatInvRA(&r, &a); }, 5, "MatCroutDecompCA", kFactorFile,
+                   kDecomposition);
     EXPECT_EQ(r(0, 0), 1);
   };
   refused({3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9}});
@@ -262,9 +263,9 @@ TEST(CroutFactors, a_zero_pivot_in_the_record_is_refused) {
   const CroutMatrix c{data.data(), pivots.data(), 2, 2};
   const OwnedMatrix b = column({1, 2});
   OwnedMatrix r(2, 2, {5, 6, 7, 8});
-  expect_refused([&] { return MatCroutSolveRCB(&r, &c, &b); }, 5, "MatCroutSolveRCB", kFile,
+  expect_refused([&] { return MatCroutSolveRCB(&r, &c, &b); }, 5, "MatCroutSolveRCB", kFactorFile,
                  "Encountered ill-conditioned matrix in Crout solver");
-  expect_refused([&] { return MatCroutInvertRC(&r, &c); }, 5, "MatCroutInvertRC", kFile,
+  expect_refused([&] { return MatCroutInvertRC(&r, &c); }, 5, "MatCroutInvertRC", kFactorFile,
                  "Encountered ill-conditioned matrix in Crout inverse");
   EXPECT_EQ(elements(r), (Values{5, 6, 7, 8}));
   double s = -1;
@@ -280,24 +281,27 @@ TEST(CroutFactors, bad_arguments_are_refused) {
   Crout c(2);
   Crout one(1);
   double s = 0;
-  expect_refused([&] { return MatCroutDecompCA(&c, &wide); }, 3, "MatCroutDecompCA", kFile);
-  expect_refused([&] { return MatCroutDecompCA(&c, nullptr); }, 2, "MatCroutDecompCA", kFile);
-  expect_refused([&] { return MatCroutDecompCA(nullptr, &a); }, 2, "MatCroutDecompCA", kFile);
-  expect_refused([&] { return MatCroutDecompCA(&one, &a); }, 4, "MatCroutDecompCA", kFile);
-  expect_refused([&] { return MatCroutInvertRC(&r, &c); }, 3, "MatCroutInvertRC", kFile);
-  expect_refused([&] { return MatCroutDetSC(&s, nullptr); }, 2, "MatCroutDetSC", kFile);
+  expect_refused([&] { return MatCroutDecompCA(&c, &wide); }, 3, "MatCroutDecompCA", kFactorFile);
+  expect_refused([&] { return MatCroutDecompCA(&c, nullptr); }, 2, "MatCroutDecompCA", kFactorFile);
+  expect_refused([&] { return MatCroutDecompCA(nullptr, &a); }, 2, "MatCroutDecompCA", kFactorFile);
+  expect_refused([&] { return MatCroutDecompCA(&one, &a); }, 4, "MatCroutDecompCA", kFactorFile);
+  expect_refused([&] { return MatCroutInvertRC(&r, &c); }, 3, "MatCroutInvertRC", kFactorFile);
+  expect_refused([&] { return MatCroutDetSC(&s, nullptr); }, 2, "MatCroutDetSC", kFactorFile);
   ASSERT_EQ(MatCroutDecompCA(&c, &a), 0);
-  expect_refused([&] { return MatCroutDetSC(nullptr, &c); }, 2, "MatCroutDetSC", kFile);
-  expect_refused([&] { return MatCroutSolveRCB(&r, &c, &wide); }, 3, "MatCroutSolveRCB", kFile);
-  expect_refused([&] { return MatCroutSolveRCB(&r, nullptr, &a); }, 2, "MatCroutSolveRCB", kFile);
-  expect_refused([&] { return MatCroutSolveRCB(&small, &c, &a); }, 4, "MatCroutSolveRCB", kFile);
-  expect_refused([&] { return MatCroutInvertRC(nullptr, &c); }, 2, "MatCroutInvertRC", kFile);
+  expect_refused([&] { return MatCroutDetSC(nullptr, &c); }, 2, "MatCroutDetSC", kFactorFile);
+  expect_refused([&] { return MatCroutSolveRCB(&r, &c, &wide); }, 3, "MatCroutSolveRCB",
+                 kFactorFile);
+  expect_refused([&] { return MatCroutSolveRCB(&r, nullptr, &a); }, 2, "MatCroutSolveRCB",
+                 kFactorFile);
+  expect_refused([&] { return MatCroutSolveRCB(&small, &c, &a); }, 4, "MatCroutSolveRCB",
+                 kFactorFile);
+  expect_refused([&] { return MatCroutInvertRC(nullptr, &c); }, 2, "MatCroutInvertRC", kFactorFile);
   c.pivots[0] = 7;
-  expect_refused([&] { return MatCroutSolveRCB(&r, &c, &a); }, 3, "MatCroutSolveRCB", kFile);
-  expect_refused([&] { return MatInvRA(&r, &wide); }, 3, "MatInvRA", kFile);
-  expect_refused([&] { return MatInvRA(&r, nullptr); }, 2, "MatInvRA", kFile);
-  expect_refused([&] { return MatInvRA(nullptr, &a); }, 2, "MatInvRA", kFile);
-  expect_refused([&] { return MatInvRA(&small, &a); }, 4, "MatInvRA", kFile);
+  expect_refused([&] { return MatCroutSolveRCB(&r, &c, &a); }, 3, "MatCroutSolveRCB", kFactorFile);
+  expect_refused([&] { return MatInvRA(&r, &wide); }, 3, "MatInvRA", kFactorFile);
+  expect_refused([&] { return MatInvRA(&r, nullptr); }, 2, "MatInvRA", kFactorFile);
+  expect_refused([&] { return MatInvRA(nullptr, &a); }, 2, "MatInvRA", kFactorFile);
+  expect_refused([&] { return MatInvRA(&small, &a); }, 4, "MatInvRA", kFactorFile);
 }
 
 TEST(CroutFactors, results_may_replace_their_arguments) {

@@ -13,7 +13,7 @@ namespace {
 using namespace mathematics;
 using Values = std::vector<double>;
 
-constexpr const char* kFile = "matrix_text.cpp";
+constexpr const char* kTextFile = "matrix_text.cpp";
 
 class MatrixText : public testing::Test {
  protected:
@@ -80,11 +80,11 @@ TEST_F(MatrixText, damaged_files_are_refused_with_their_reason) {
   const auto refused = [&](const std::string& text, const char* reason) {
     RealMatrix m{nullptr, 5, 5, 5, 5};
     const char* path = file_with(text);
-    expect_refused([&] { return MatReadR(&m, path); }, 7, "MatReadR", kFile, reason);
+    expect_refused([&] { return MatReadR(&m, path); }, 7, "MatReadR", kTextFile, reason);
     EXPECT_EQ(m.data, nullptr) << text;
     EXPECT_EQ(m.rows, 0) << text;
     DiagonalMatrix d;
-    expect_refused([&] { return MatReadD(&d, path); }, 7, "MatReadD", kFile, reason);
+    expect_refused([&] { return MatReadD(&d, path); }, 7, "MatReadD", kTextFile, reason);
     EXPECT_EQ(d.data, nullptr) << text;
   };
   const char* empty = "Incorrect format: empty file encountered";
@@ -115,14 +115,14 @@ TEST_F(MatrixText, damaged_files_are_refused_with_their_reason) {
 TEST_F(MatrixText, a_path_that_cannot_be_read_is_refused) {
   RealMatrix m;
   DiagonalMatrix d;
-  expect_refused([&] { return MatReadR(&m, path_.c_str()); }, 6, "MatReadR", kFile);
-  expect_refused([&] { return MatReadD(&d, path_.c_str()); }, 6, "MatReadD", kFile);
-  expect_refused([&] { return MatReadR(&m, nullptr); }, 2, "MatReadR", kFile);
-  expect_refused([&] { return MatReadR(nullptr, path_.c_str()); }, 2, "MatReadR", kFile);
-  expect_refused([&] { return MatReadD(&d, nullptr); }, 2, "MatReadD", kFile);
-  expect_refused([&] { return MatReadD(nullptr, path_.c_str()); }, 2, "MatReadD", kFile);
+  expect_refused([&] { return MatReadR(&m, path_.c_str()); }, 6, "MatReadR", kTextFile);
+  expect_refused([&] { return MatReadD(&d, path_.c_str()); }, 6, "MatReadD", kTextFile);
+  expect_refused([&] { return MatReadR(&m, nullptr); }, 2, "MatReadR", kTextFile);
+  expect_refused([&] { return MatReadR(nullptr, path_.c_str()); }, 2, "MatReadR", kTextFile);
+  expect_refused([&] { return MatReadD(&d, nullptr); }, 2, "MatReadD", kTextFile);
+  expect_refused([&] { return MatReadD(nullptr, path_.c_str()); }, 2, "MatReadD", kTextFile);
   std::filesystem::create_directory(path_);
-  expect_refused([&] { return MatReadR(&m, path_.c_str()); }, 10, "MatReadR", kFile);
+  expect_refused([&] { return MatReadR(&m, path_.c_str()); }, 10, "MatReadR", kTextFile);
 }
 
 TEST_F(MatrixText, a_diagonal_is_one_row_or_one_column) {
@@ -136,7 +136,7 @@ TEST_F(MatrixText, a_diagonal_is_one_row_or_one_column) {
   EXPECT_EQ((Values{d.data, d.data + 2}), (Values{4, 5}));
   MatDFree(&d);
   const char* path = file_with("1 2\n3 4\n");
-  expect_refused([&] { return MatReadD(&d, path); }, 7, "MatReadD", kFile,
+  expect_refused([&] { return MatReadD(&d, path); }, 7, "MatReadD", kTextFile,
                  "Incorrect format: diagonal should be one row or column");
 }
 
@@ -177,13 +177,13 @@ TEST_F(MatrixText, what_cannot_be_written_is_refused) {
   const OwnedMatrix bad(1, 2, {1, kNan});
   Diagonal d{1};
   const std::string nowhere = path_ + "/none/file";
-  expect_refused([&] { return MatWrite(&a, nowhere.c_str()); }, 6, "MatWrite", kFile);
-  expect_refused([&] { return MatDWrite(&d, nowhere.c_str()); }, 6, "MatDWrite", kFile);
-  expect_refused([&] { return MatWrite(&a, "/dev/full"); }, 10, "MatWrite", kFile);
-  expect_refused([&] { return MatWrite(&bad, path_.c_str()); }, 3, "MatWrite", kFile);
-  expect_refused([&] { return MatWrite(nullptr, path_.c_str()); }, 2, "MatWrite", kFile);
-  expect_refused([&] { return MatWrite(&a, nullptr); }, 2, "MatWrite", kFile);
-  expect_refused([&] { return MatDWrite(nullptr, path_.c_str()); }, 2, "MatDWrite", kFile);
+  expect_refused([&] { return MatWrite(&a, nowhere.c_str()); }, 6, "MatWrite", kTextFile);
+  expect_refused([&] { return MatDWrite(&d, nowhere.c_str()); }, 6, "MatDWrite", kTextFile);
+  expect_refused([&] { return MatWrite(&a, "/dev/full"); }, 10, "MatWrite", kTextFile);
+  expect_refused([&] { return MatWrite(&bad, path_.c_str()); }, 3, "MatWrite", kTextFile);
+  expect_refused([&] { return MatWrite(nullptr, path_.c_str()); }, 2, "MatWrite", kTextFile);
+  expect_refused([&] { return MatWrite(&a, nullptr); }, 2, "MatWrite", kTextFile);
+  expect_refused([&] { return MatDWrite(nullptr, path_.c_str()); }, 2, "MatDWrite", kTextFile);
   EXPECT_FALSE(std::filesystem::exists(path_));
 }
 
@@ -216,16 +216,16 @@ TEST_F(MatrixText, empty_records_are_shown_as_nothing) {
 TEST_F(MatrixText, what_cannot_be_shown_is_refused) {
   const OwnedMatrix a(1, 1, {1});
   Diagonal d{1};
-  expect_refused([&] { return MatPrint(&a, nullptr); }, 2, "MatPrint", kFile);
-  expect_refused([&] { return MatPrint(nullptr, stdout); }, 2, "MatPrint", kFile);
-  expect_refused([&] { return MatDPrint(nullptr, stdout); }, 2, "MatDPrint", kFile);
-  expect_refused([&] { return MatCPrint(nullptr, stdout); }, 2, "MatCPrint", kFile);
+  expect_refused([&] { return MatPrint(&a, nullptr); }, 2, "MatPrint", kTextFile);
+  expect_refused([&] { return MatPrint(nullptr, stdout); }, 2, "MatPrint", kTextFile);
+  expect_refused([&] { return MatDPrint(nullptr, stdout); }, 2, "MatDPrint", kTextFile);
+  expect_refused([&] { return MatCPrint(nullptr, stdout); }, 2, "MatCPrint", kTextFile);
   const RealMatrix torn{a.data, 2, 2, 1, 1};
-  expect_refused([&] { return MatPrint(&torn, stdout); }, 4, "MatPrint", kFile);
+  expect_refused([&] { return MatPrint(&torn, stdout); }, 4, "MatPrint", kTextFile);
   std::FILE* full = std::fopen("/dev/full", "w");
   ASSERT_NE(full, nullptr);
-  expect_refused([&] { return MatPrint(&a, full); }, 10, "MatPrint", kFile);
-  expect_refused([&] { return MatDPrint(&d, full); }, 10, "MatDPrint", kFile);
+  expect_refused([&] { return MatPrint(&a, full); }, 10, "MatPrint", kTextFile);
+  expect_refused([&] { return MatDPrint(&d, full); }, 10, "MatDPrint", kTextFile);
   std::fclose(full);
 }
 

@@ -9,7 +9,7 @@ namespace {
 using namespace mathematics;
 using Values = std::vector<double>;
 
-constexpr const char* kFile = "quatern.cpp";
+constexpr const char* kQuaternFile = "quatern.cpp";
 
 void expect_near(const Quaternion& a, const Quaternion& b, double tolerance) {
   EXPECT_NEAR(a.w, b.w, tolerance);
@@ -119,19 +119,19 @@ TEST(Normalise, divides_by_the_norm) {
 
 TEST(Normalise, a_squared_norm_at_the_limit_is_refused_and_one_above_it_is_not) {
   Quaternion zero{0, 0, 0, 0};
-  expect_refused([&] { return QuatNormalise(&zero); }, 5, "QuatNormalise", kFile);
+  expect_refused([&] { return QuatNormalise(&zero); }, 5, "QuatNormalise", kQuaternFile);
   EXPECT_EQ(zero.w, 0);
   Quaternion below{0.0316, 0, 0, 0};  // squared 0.00099856
-  expect_refused([&] { return QuatNormalise(&below); }, 5, "QuatNormalise", kFile);
+  expect_refused([&] { return QuatNormalise(&below); }, 5, "QuatNormalise", kQuaternFile);
   EXPECT_EQ(below.w, 0.0316);
   Quaternion above{0, 0.0317, 0, 0};  // squared 0.00100489
   ASSERT_EQ(QuatNormalise(&above), 0);
   EXPECT_DOUBLE_EQ(above.x, 1);
   Quaternion bad{1, kNan, 0, 0};
-  expect_refused([&] { return QuatNormalise(&bad); }, 3, "QuatNormalise", kFile);
+  expect_refused([&] { return QuatNormalise(&bad); }, 3, "QuatNormalise", kQuaternFile);
   Quaternion huge{1e200, 0, 0, 0};  // its square is beyond double
-  expect_refused([&] { return QuatNormalise(&huge); }, 3, "QuatNormalise", kFile);
-  expect_refused([] { return QuatNormalise(nullptr); }, 2, "QuatNormalise", kFile);
+  expect_refused([&] { return QuatNormalise(&huge); }, 3, "QuatNormalise", kQuaternFile);
+  expect_refused([] { return QuatNormalise(nullptr); }, 2, "QuatNormalise", kQuaternFile);
 }
 
 TEST(Rotation, a_quarter_turn_about_down_takes_forward_to_right) {
@@ -225,14 +225,15 @@ TEST(AngularRate, is_the_rotation_over_time) {
 TEST(AngularRate, times_without_a_rate_are_refused) {
   const Quaternion q = of_rotation(column({1, 0, 0}));
   OwnedMatrix r = column({7, 7, 7});
-  expect_refused([&] { return Quat2AngRateRQ(&r, &q, 0); }, 3, "Quat2AngRateRQ", kFile);
-  expect_refused([&] { return Quat2AngRateRQ(&r, &q, kNan); }, 3, "Quat2AngRateRQ", kFile);
-  expect_refused([&] { return Quat2AngRateRQ(&r, &q, 5e-324); }, 3, "Quat2AngRateRQ", kFile);
+  expect_refused([&] { return Quat2AngRateRQ(&r, &q, 0); }, 3, "Quat2AngRateRQ", kQuaternFile);
+  expect_refused([&] { return Quat2AngRateRQ(&r, &q, kNan); }, 3, "Quat2AngRateRQ", kQuaternFile);
+  expect_refused([&] { return Quat2AngRateRQ(&r, &q, 5e-324); }, 3, "Quat2AngRateRQ", kQuaternFile);
   EXPECT_EQ(elements(r), (Values{7, 7, 7}));
   Quaternion s{1, 2, 3, 4};
   expect_refused([&] { return QuatFromAngRateRA(&s, &r, kInfinity); }, 3, "QuatFromAngRateRA",
-                 kFile);
-  expect_refused([&] { return QuatFromAngRateRA(&s, &r, 1e308); }, 3, "QuatFromAngRateRA", kFile);
+                 kQuaternFile);
+  expect_refused([&] { return QuatFromAngRateRA(&s, &r, 1e308); }, 3, "QuatFromAngRateRA",
+                 kQuaternFile);
   EXPECT_EQ(s.w, 1);
 }
 
@@ -309,13 +310,13 @@ TEST(Interpolation, bad_arguments_are_refused) {
   const Quaternion zero{0, 0, 0, 0};
   Quaternion r{1, 2, 3, 4};
   const char* name = "QuatInterpolateRABf";
-  expect_refused([&] { return QuatInterpolateRABf(&r, &bad, &a, 0.5); }, 3, name, kFile);
-  expect_refused([&] { return QuatInterpolateRABf(&r, &a, &bad, 0.5); }, 3, name, kFile);
-  expect_refused([&] { return QuatInterpolateRABf(&r, &zero, &a, 0.5); }, 5, name, kFile);
-  expect_refused([&] { return QuatInterpolateRABf(&r, &a, &zero, 0.5); }, 5, name, kFile);
-  expect_refused([&] { return QuatInterpolateRABf(&r, &a, &kI, kNan); }, 3, name, kFile);
-  expect_refused([&] { return QuatInterpolateRABf(&r, nullptr, &a, 0.5); }, 2, name, kFile);
-  expect_refused([&] { return QuatInterpolateRABf(nullptr, &a, &a, 0.5); }, 2, name, kFile);
+  expect_refused([&] { return QuatInterpolateRABf(&r, &bad, &a, 0.5); }, 3, name, kQuaternFile);
+  expect_refused([&] { return QuatInterpolateRABf(&r, &a, &bad, 0.5); }, 3, name, kQuaternFile);
+  expect_refused([&] { return QuatInterpolateRABf(&r, &zero, &a, 0.5); }, 5, name, kQuaternFile);
+  expect_refused([&] { return QuatInterpolateRABf(&r, &a, &zero, 0.5); }, 5, name, kQuaternFile);
+  expect_refused([&] { return QuatInterpolateRABf(&r, &a, &kI, kNan); }, 3, name, kQuaternFile);
+  expect_refused([&] { return QuatInterpolateRABf(&r, nullptr, &a, 0.5); }, 2, name, kQuaternFile);
+  expect_refused([&] { return QuatInterpolateRABf(nullptr, &a, &a, 0.5); }, 2, name, kQuaternFile);
   EXPECT_EQ(r.w, 1);
 }
 
@@ -323,20 +324,20 @@ TEST(QuaternionRefusal, forms_of_quaternions_refuse_bad_arguments) {
   const Quaternion a;
   const Quaternion bad{kNan, 0, 0, 0};
   Quaternion r{1, 2, 3, 4};
-  expect_refused([&] { return QuatMultRAB(&r, nullptr, &a); }, 2, "QuatMultRAB", kFile);
-  expect_refused([&] { return QuatMultRAB(&r, &a, nullptr); }, 2, "QuatMultRAB", kFile);
-  expect_refused([&] { return QuatMultRAB(nullptr, &a, &a); }, 2, "QuatMultRAB", kFile);
-  expect_refused([&] { return QuatMultRAB(&r, &a, &bad); }, 3, "QuatMultRAB", kFile);
-  expect_refused([&] { return QuatMultRAB(&r, &bad, &a); }, 3, "QuatMultRAB", kFile);
-  expect_refused([&] { return QuatCopy(&r, nullptr); }, 2, "QuatCopy", kFile);
-  expect_refused([&] { return QuatCopy(&r, &bad); }, 3, "QuatCopy", kFile);
-  expect_refused([&] { return QuatCopy(nullptr, &a); }, 2, "QuatCopy", kFile);
-  expect_refused([&] { return QuatConjugate(&r, &bad); }, 3, "QuatConjugate", kFile);
-  expect_refused([&] { return QuatConjugate(&r, nullptr); }, 2, "QuatConjugate", kFile);
-  expect_refused([&] { return QuatIdentity(nullptr); }, 2, "QuatIdentity", kFile);
-  expect_refused([&] { return QuatAppend(&r, &bad); }, 3, "QuatAppend", kFile);
-  expect_refused([&] { return QuatAppend(nullptr, &a); }, 2, "QuatAppend", kFile);
-  expect_refused([&] { return QuatAppend(&r, nullptr); }, 2, "QuatAppend", kFile);
+  expect_refused([&] { return QuatMultRAB(&r, nullptr, &a); }, 2, "QuatMultRAB", kQuaternFile);
+  expect_refused([&] { return QuatMultRAB(&r, &a, nullptr); }, 2, "QuatMultRAB", kQuaternFile);
+  expect_refused([&] { return QuatMultRAB(nullptr, &a, &a); }, 2, "QuatMultRAB", kQuaternFile);
+  expect_refused([&] { return QuatMultRAB(&r, &a, &bad); }, 3, "QuatMultRAB", kQuaternFile);
+  expect_refused([&] { return QuatMultRAB(&r, &bad, &a); }, 3, "QuatMultRAB", kQuaternFile);
+  expect_refused([&] { return QuatCopy(&r, nullptr); }, 2, "QuatCopy", kQuaternFile);
+  expect_refused([&] { return QuatCopy(&r, &bad); }, 3, "QuatCopy", kQuaternFile);
+  expect_refused([&] { return QuatCopy(nullptr, &a); }, 2, "QuatCopy", kQuaternFile);
+  expect_refused([&] { return QuatConjugate(&r, &bad); }, 3, "QuatConjugate", kQuaternFile);
+  expect_refused([&] { return QuatConjugate(&r, nullptr); }, 2, "QuatConjugate", kQuaternFile);
+  expect_refused([&] { return QuatIdentity(nullptr); }, 2, "QuatIdentity", kQuaternFile);
+  expect_refused([&] { return QuatAppend(&r, &bad); }, 3, "QuatAppend", kQuaternFile);
+  expect_refused([&] { return QuatAppend(nullptr, &a); }, 2, "QuatAppend", kQuaternFile);
+  expect_refused([&] { return QuatAppend(&r, nullptr); }, 2, "QuatAppend", kQuaternFile);
   expect_near(r, Quaternion{1, 2, 3, 4}, 0);
 }
 
@@ -357,14 +358,14 @@ TEST(QuaternionRefusal, forms_with_matrices_refuse_bad_arguments_and_write_nothi
   };
   for (const auto& form : {TurnForm{QuatRotatesMatrixRAQ, "QuatRotatesMatrixRAQ"},
                            {QuatRotatesMatrixRAQc, "QuatRotatesMatrixRAQc"}}) {
-    expect_refused([&] { return form.call(&r, &two, &good); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &not_a_number, &good); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &vector, &bad); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &vector, &zero); }, 5, form.name, kFile);
-    expect_refused([&] { return form.call(&r, nullptr, &good); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &vector, nullptr); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(nullptr, &vector, &good); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&small, &vector, &good); }, 4, form.name, kFile);
+    expect_refused([&] { return form.call(&r, &two, &good); }, 3, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&r, &not_a_number, &good); }, 3, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&r, &vector, &bad); }, 3, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&r, &vector, &zero); }, 5, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&r, nullptr, &good); }, 2, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&r, &vector, nullptr); }, 2, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(nullptr, &vector, &good); }, 2, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&small, &vector, &good); }, 4, form.name, kQuaternFile);
   }
 
   using Out = int (*)(RealMatrix*, const Quaternion*);
@@ -379,11 +380,11 @@ TEST(QuaternionRefusal, forms_with_matrices_refuse_bad_arguments_and_write_nothi
                            {Quat2RotVecRQ, "Quat2RotVecRQ"},
                            {Quat2EulerRQ, "Quat2EulerRQ"},
                            {rate, "Quat2AngRateRQ"}}) {
-    expect_refused([&] { return form.call(&r, nullptr); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(nullptr, &good); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &bad); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&r, &zero); }, 5, form.name, kFile);
-    expect_refused([&] { return form.call(&small, &good); }, 4, form.name, kFile);
+    expect_refused([&] { return form.call(&r, nullptr); }, 2, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(nullptr, &good); }, 2, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&r, &bad); }, 3, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&r, &zero); }, 5, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&small, &good); }, 4, form.name, kQuaternFile);
   }
   EXPECT_EQ(r.storage(), Values(9, 9));
   EXPECT_EQ(small.storage(), Values(2, 9));
@@ -400,10 +401,10 @@ TEST(QuaternionRefusal, forms_with_matrices_refuse_bad_arguments_and_write_nothi
   for (const auto& form : {InForm{QuatFromRotVecRA, "QuatFromRotVecRA"},
                            {QuatFromEulerRE, "QuatFromEulerRE"},
                            {from_rate, "QuatFromAngRateRA"}}) {
-    expect_refused([&] { return form.call(&q, nullptr); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(nullptr, &vector); }, 2, form.name, kFile);
-    expect_refused([&] { return form.call(&q, &two); }, 3, form.name, kFile);
-    expect_refused([&] { return form.call(&q, &not_a_number); }, 3, form.name, kFile);
+    expect_refused([&] { return form.call(&q, nullptr); }, 2, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(nullptr, &vector); }, 2, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&q, &two); }, 3, form.name, kQuaternFile);
+    expect_refused([&] { return form.call(&q, &not_a_number); }, 3, form.name, kQuaternFile);
   }
   expect_near(q, Quaternion{1, 2, 3, 4}, 0);
 }

@@ -2,63 +2,59 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <set>
 #include <string>
+#include <type_traits>
 
 namespace Trel::Nav::Test {
 namespace {
 
 constexpr long long kNow = 1'380'672'010'000'000'000;
 
-// What every value's family does, told the accessors of one.
-template <class T, class Is, class Get, class Set, class Inv, class Hit, class Var>
-void expect_family(const std::string& name, T value, Is is, Get get, Set set, Inv inv, Hit hit,
-                   Var var) {
+// What every value's family does, told the accessors of one. 1 is a value of every type, a member
+// of every enumeration, and no filter's off.
+template <class Owner, class Number, class Value>
+void expect_family(const char* name, Owner& data, bool (Owner::*is)() const,
+                   Value (Owner::*get)() const, void (Owner::*set)(std::type_identity_t<Value>),
+                   void (Owner::*inv)(), Lib::VariableExt<Number>& (Owner::*hit)(),
+                   const Lib::VariableExt<Number>& (Owner::*var)() const) {
   SCOPED_TRACE(name);
-  EXPECT_FALSE(is()) << "before it has arrived";
-  EXPECT_EQ(var().get_flags().byte(), 0x50);
+  const Value one = static_cast<Value>(1);
+  EXPECT_FALSE((data.*is)()) << "before it has arrived";
+  EXPECT_EQ((data.*var)().get_flags().byte(), 0x50);
 
-  set(value);
-  EXPECT_TRUE(is());
-  EXPECT_EQ(static_cast<T>(get()), value);
-  EXPECT_EQ(var().get(), value);
-  EXPECT_EQ(var().get_flags().byte(), 0);
-  EXPECT_EQ(var().get_nano(), kNow);
+  (data.*set)(one);
+  EXPECT_TRUE((data.*is)());
+  EXPECT_EQ((data.*get)(), one);
+  EXPECT_EQ((data.*var)().get(), Number{1});
+  EXPECT_EQ((data.*var)().get_flags().byte(), 0);
+  EXPECT_EQ((data.*var)().get_nano(), kNow);
 
-  hit().setApprox();
-  EXPECT_FALSE(is()) << "approximate is not good";
-  EXPECT_EQ(var().get(), value);
-  set(value);
-  EXPECT_TRUE(is()) << "setting makes it good again";
-  hit().setPass();
-  EXPECT_FALSE(is());
+  (data.*hit)().setApprox();
+  EXPECT_FALSE((data.*is)()) << "approximate is not good";
+  EXPECT_EQ((data.*var)().get(), Number{1});
+  (data.*set)(one);
+  EXPECT_TRUE((data.*is)()) << "setting makes it good again";
+  (data.*hit)().setPass();
+  EXPECT_FALSE((data.*is)());
 
-  inv();
-  EXPECT_FALSE(is());
-  EXPECT_EQ(var().get(), T{});
-  EXPECT_EQ(var().get_flags().byte(), 0x50);
+  (data.*inv)();
+  EXPECT_FALSE((data.*is)());
+  EXPECT_EQ((data.*var)().get(), Number{});
+  EXPECT_EQ((data.*var)().get_flags().byte(), 0x50);
 }
 
-// 1 is a value of every type, a member of every enumeration, and no filter's off.
-#define FAMILY(data, name, type)                                                              \
-  expect_family<type>(                                                                        \
-      #name, 1, [&] { return (data).Is##name##Valid(); }, [&] { return (data).Get##name(); }, \
-      [&](type value) { (data).Set##name(value); },                                           \
-      [&] { (data).Inv##name(); }, [&]() -> auto& { return (data).Hit##name(); },             \
-      [&]() -> const auto& { return (data).Var##name(); });
+#define FAMILY(Owner, data, name)                                                           \
+  expect_family(#name, data, &Owner::Is##name##Valid, &Owner::Get##name, &Owner::Set##name, \
+                &Owner::Inv##name, &Owner::Hit##name, &Owner::Var##name);
 
 TEST(ComData, each_value_has_its_family) {
   ComData data;
   data.SetNano(kNow);
-#define VALUE(name, type, ...) FAMILY(data, name, type)
-#define OWN(name, type, ...) \
-  if (std::string(#name) != "Nano") FAMILY(data, name, type)
-#define OWN_CODE(name, ...)                                                               \
-  expect_family<unsigned char>(                                                           \
-      #name, 1, [&] { return data.Is##name##Valid(); }, [&] { return data.Get##name(); }, \
-      [&](unsigned char v) { data.Set##name(Enum::Cast_FILTER_TYPE(v)); },                \
-      [&] { data.Inv##name(); }, [&]() -> auto& { return data.Hit##name(); },             \
-      [&]() -> const auto& { return data.Var##name(); });
+#define VALUE(name, ...) FAMILY(ComData, data, name)
+#define OWN(name, ...) \
+  if (std::string(#name) != "Nano") FAMILY(ComData, data, name)
 #include "nav/Nav_ComData.def"
 }
 
@@ -66,7 +62,7 @@ TEST(ComDataGps, each_value_has_its_family) {
   ComData data;
   data.SetNano(kNow);
   data.ShareNano();
-#define VALUE(name, type, ...) FAMILY(data.DGps(2), name, type)
+#define VALUE(name, ...) FAMILY(ComDataGps, data.DGps(2), name)
 #include "nav/Nav_ComDataGps.def"
 }
 
@@ -74,8 +70,20 @@ TEST(ComDataMeasurePt, each_value_has_its_family) {
   ComData data;
   data.SetNano(kNow);
   data.ShareNano();
-#define VALUE(name, type, ...) FAMILY(data.DMeasurePt(7), name, type)
+#define VALUE(name, ...) FAMILY(ComDataMeasurePt, data.DMeasurePt(7), name)
 #include "nav/Nav_ComDataMeasurePt.def"
+}
+
+// Which values of a part of the record are good, by name.
+template <class Owner>
+struct Valid {
+  const char* name;
+  bool (Owner::*is)() const;
+};
+
+template <class Owner>
+void expect_nothing_valid(const Owner& data, std::initializer_list<Valid<Owner>> values) {
+  for (const auto& [name, is] : values) EXPECT_FALSE((data.*is)()) << name;
 }
 
 TEST(ComData, no_two_values_share_a_variable) {
@@ -233,16 +241,22 @@ TEST(ComData, invalidate_leaves_nothing_valid) {
 
   data.Invalidate();
 
-#define VALUE(name, ...) EXPECT_FALSE(data.Is##name##Valid()) << #name;
-#define TEXT(name, ...) EXPECT_FALSE(data.Is##name##Valid()) << #name;
+  expect_nothing_valid<ComData>(data, {
+#define VALUE(name, ...) {#name, &ComData::Is##name##Valid},
+#define TEXT(name, ...) {#name, &ComData::Is##name##Valid},
 #include "nav/Nav_ComData.def"
+                                      });
   for (unsigned int gps = 0; gps < 3; ++gps) {
-#define VALUE(name, ...) EXPECT_FALSE(data.DGps(gps).Is##name##Valid()) << #name << gps;
+    expect_nothing_valid<ComDataGps>(data.DGps(gps), {
+#define VALUE(name, ...) {#name, &ComDataGps::Is##name##Valid},
 #include "nav/Nav_ComDataGps.def"
+                                                     });
   }
   for (unsigned int point = 0; point < 8; ++point) {
-#define VALUE(name, ...) EXPECT_FALSE(data.DMeasurePt(point).Is##name##Valid()) << #name << point;
+    expect_nothing_valid<ComDataMeasurePt>(data.DMeasurePt(point), {
+#define VALUE(name, ...) {#name, &ComDataMeasurePt::Is##name##Valid},
 #include "nav/Nav_ComDataMeasurePt.def"
+                                                                   });
   }
   EXPECT_FALSE(data.GetFeatureCode(5).known);
   data.DGps(0).SetNumSats(1);

@@ -96,25 +96,46 @@ struct Handle {
   std::function<bool()> get;
 };
 
+// The same of a part of the key, wherever the part stands.
+template <class Part>
+struct Functions {
+  const char* name;
+  void (Part::*let)();
+  void (Part::*bar)();
+  bool (Part::*get)() const;
+};
+
+#define FUNCTIONS(Part, node) {#node, &Part::Let_##node, &Part::Bar_##node, &Part::Get_##node},
+constexpr Functions<ComKey::KeyGps> kGpsNodes[] = {
+#define GPS(node) FUNCTIONS(ComKey::KeyGps, node)
+#include "nav/Nav_ComKey.def"
+};
+constexpr Functions<ComKey::KeyMeasurePt> kPointNodes[] = {
+#define POINT(node) FUNCTIONS(ComKey::KeyMeasurePt, node)
+#include "nav/Nav_ComKey.def"
+};
+constexpr Functions<ComKey::KeyMain> kMainNodes[] = {
+#define MAIN(node) FUNCTIONS(ComKey::KeyMain, node)
+#include "nav/Nav_ComKey.def"
+};
+#undef FUNCTIONS
+
 std::vector<Handle> handles(ComKey& key) {
   std::vector<Handle> all;
-#define HANDLE(prefix, owner, node)                                                       \
-  all.push_back({prefix + std::string(#node), [&key, i] { (void)i, owner.Let_##node(); }, \
-                 [&key, i] { (void)i, owner.Bar_##node(); },                              \
-                 [&key, i] { return (void)i, owner.Get_##node(); }});
-  const std::string receivers[] = {"primary.", "external.", "secondary."};
-  for (unsigned int i = 0; i < 3; ++i) {
-#define GPS(node) HANDLE(receivers[i], key.KGps(i), node)
-#include "nav/Nav_ComKey.def"
-  }
+  const auto take = [&all](const std::string& prefix, auto& part, const auto& nodes) {
+    for (const auto& node : nodes) {
+      all.push_back({prefix + node.name, [&part, node] { (part.*node.let)(); },
+                     [&part, node] { (part.*node.bar)(); },
+                     [&part, node] { return (part.*node.get)(); }});
+    }
+  };
+  take("primary.", key.KGps(0), kGpsNodes);
+  take("external.", key.KGps(1), kGpsNodes);
+  take("secondary.", key.KGps(2), kGpsNodes);
   for (unsigned int i = 0; i < 8; ++i) {
-#define POINT(node) HANDLE("point" + std::to_string(i) + '.', key.KMeasurePt(i), node)
-#include "nav/Nav_ComKey.def"
+    take("point" + std::to_string(i) + '.', key.KMeasurePt(i), kPointNodes);
   }
-  const unsigned int i = 0;
-#define MAIN(node) HANDLE("", key.KMain(), node)
-#include "nav/Nav_ComKey.def"
-#undef HANDLE
+  take("", key.KMain(), kMainNodes);
   return all;
 }
 

@@ -32,6 +32,8 @@ inline constexpr int kMinute = 23'011'200;
 inline constexpr long long kStart = kMinute * 60'000'000'000LL;
 inline constexpr long long kMilli = 1'000'000;
 
+inline constexpr double kDegrees = 57.29577951308232;  // of a radian
+
 [[nodiscard]] constexpr long long at_ms(long long milliseconds) {
   return kStart + milliseconds * kMilli;
 }

@@ -13,7 +13,6 @@ namespace {
 using Support::kInvalid24;
 using Support::kNoTime;
 
-constexpr double kDegrees = 57.29577951308232;
 constexpr Lib::Flags kApprox(Lib::Flags::Approx);
 
 // With a mounting of 0.0001, 0.0002 and -0.0001 rad, and an offset to UTC of 18 s.

@@ -9,7 +9,6 @@
 namespace Trel::Nav {
 namespace {
 
-constexpr double kDeg = 57.29577951308232;
 constexpr unsigned char kWheel = 45;
 
 // A count of pulses at a time in the minute, and 0.9 s without a change.
@@ -169,13 +168,13 @@ TEST(FineFrame, is_set_once_all_of_it_has_come) {
   EXPECT_NEAR(feed.number("RefHeadingSin"), 0.5, 1e-9);
   // The radii of the WGS 84 ellipsoid at 52 degrees: with W = sqrt(1 - e2 sin2), M = a (1 - e2) /
   // W3 and N = a / W.
-  const double sine = std::sin(52.0 / kDeg);
+  const double sine = std::sin(52.0 / kDegrees);
   const double w = std::sqrt(1.0 - 0.00669437999014 * sine * sine);
   const double meridian = 6378137.0 * (1.0 - 0.00669437999014) / (w * w * w);
   const double transverse = 6378137.0 / w;
-  EXPECT_NEAR(feed.number("RefLatRadius"), (100.0 + meridian) / kDeg, 1e-3);
-  EXPECT_NEAR(feed.number("RefLonRadius"), (100.0 + transverse) * std::cos(52.0 / kDeg) / kDeg,
-              1e-3);
+  EXPECT_NEAR(feed.number("RefLatRadius"), (100.0 + meridian) / kDegrees, 1e-3);
+  EXPECT_NEAR(feed.number("RefLonRadius"),
+              (100.0 + transverse) * std::cos(52.0 / kDegrees) / kDegrees, 1e-3);
 }
 
 TEST(FineFrame, moves_with_each_of_its_channels) {
@@ -228,7 +227,7 @@ class CoarseFrame : public testing::Test {
   void send(int channel, const Eight& bytes) {
     time_ += 10;
     feed_.codec().take(locked(static_cast<unsigned short>(time_))
-                           .position(60.0 / kDeg, 10.0 / kDeg, 50.0F)
+                           .position(60.0 / kDegrees, 10.0 / kDegrees, 50.0F)
                            .channel(static_cast<unsigned char>(channel), bytes));
   }
   static Eight offsets(int north, int east, int angle) { return Data().t(north).t(east).s(angle); }
@@ -259,7 +258,7 @@ TEST_F(CoarseFrame, has_its_origin_so_many_metres_behind_and_to_the_right) {
 TEST_F(CoarseFrame, turns_its_offsets_by_its_angle) {
   // A quarter turn, 1.5708 rad: a is the offset east, b that north.
   send(25, offsets(1'000'000, 500'000, 15708));
-  EXPECT_NEAR(feed_.number("RefHeading"), 1.5708 * kDeg, 1e-9);
+  EXPECT_NEAR(feed_.number("RefHeading"), 1.5708 * kDegrees, 1e-9);
   const double south = (60.0 - feed_.number("RefLat")) * feed_.number("RefLatRadius");
   const double east = (10.0 - feed_.number("RefLon")) * feed_.number("RefLonRadius");
   EXPECT_NEAR(south, 600.0, 2e-2);
@@ -268,9 +267,9 @@ TEST_F(CoarseFrame, turns_its_offsets_by_its_angle) {
 
 TEST_F(CoarseFrame, wraps_its_angle) {
   send(25, offsets(1, 1, 32767));
-  EXPECT_NEAR(feed_.number("RefHeading"), 3.2767 * kDeg - 360.0, 1e-9);
+  EXPECT_NEAR(feed_.number("RefHeading"), 3.2767 * kDegrees - 360.0, 1e-9);
   send(25, offsets(1, 1, -32767));
-  EXPECT_NEAR(feed_.number("RefHeading"), 360.0 - 3.2767 * kDeg, 1e-9);
+  EXPECT_NEAR(feed_.number("RefHeading"), 360.0 - 3.2767 * kDegrees, 1e-9);
 }
 
 TEST_F(CoarseFrame, is_not_there_without_an_angle_or_in_the_null_pattern) {

@@ -148,11 +148,6 @@ TEST(VerticalDilution, follows_from_the_other_two_when_the_whole_is_the_greater)
   EXPECT_FALSE(feed.good("VDOP"));
 }
 
-// Channel 31 tells the primary receiver's type.
-Eight primary_type(unsigned char type) {
-  return {255, type, 255, 255, 255, 255, 255, 255};
-}
-
 TEST(OmniStarSerial, is_written_with_a_prefix_for_receivers_of_type_3_and_14) {
   constexpr unsigned char kPrefixed[] = {3, 14};
   for (const unsigned char type : kPrefixed) {

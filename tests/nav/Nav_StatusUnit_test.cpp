@@ -232,10 +232,6 @@ TEST(ProductName, follows_from_the_type) {
 Eight services(int turned_back) {
   return Data().w(0).t(0).b(~turned_back);
 }
-Eight primary_type(unsigned char type) {
-  return {255, type, 255, 255, 255, 255, 255, 255};
-}
-
 TEST(Services, of_terrastar_are_a_known_bit) {
   StatusFeed feed;
   feed.take(58, services(0x01));

@@ -37,6 +37,11 @@ class Data {
   std::size_t at_ = 0;
 };
 
+// Channel 31 tells the primary receiver's type.
+inline Eight primary_type(unsigned char type) {
+  return {255, type, 255, 255, 255, 255, 255, 255};
+}
+
 struct Value {
   double number = 0.0;
   Lib::StampExt stamp;

@@ -12,8 +12,7 @@ namespace {
 using Support::kInvalid24;
 using Support::kNoTime;
 
-constexpr double kDegrees = 57.29577951308232;
-constexpr unsigned char kApprox = Lib::Flags::Approx;
+constexpr unsigned char kApproxBit = Lib::Flags::Approx;
 
 // ---- Fields
 
@@ -110,16 +109,16 @@ TEST(NavFields, in_status_2_the_solution_is_approximate) {
   TestCodec codec(false);
   codec.take(packet_of(2, 10).position(std::nan(""), 0.5, 1.0F).raw_velocity(1, 1, kInvalid24));
   const ComData& data = codec.CData();
-  EXPECT_EQ(data.VarLon().get_flags().byte() & kApprox, kApprox);
-  EXPECT_EQ(data.VarAlt().get_flags().byte() & kApprox, kApprox);
-  EXPECT_EQ(data.VarLat().get_flags().byte() & kApprox, 0);  // only what is good
+  EXPECT_EQ(data.VarLon().get_flags().byte() & kApproxBit, kApproxBit);
+  EXPECT_EQ(data.VarAlt().get_flags().byte() & kApproxBit, kApproxBit);
+  EXPECT_EQ(data.VarLat().get_flags().byte() & kApproxBit, 0);  // only what is good
   for (const auto* speed : {&data.VarVn(), &data.VarVe(), &data.VarVd(), &data.VarVu()}) {
-    EXPECT_EQ(speed->get_flags().byte() & kApprox, kApprox);  // all four
+    EXPECT_EQ(speed->get_flags().byte() & kApproxBit, kApproxBit);  // all four
   }
   for (const auto* angle : {&data.VarHeading(), &data.VarPitch(), &data.VarRoll()}) {
-    EXPECT_EQ(angle->get_flags().byte() & kApprox, kApprox);
+    EXPECT_EQ(angle->get_flags().byte() & kApproxBit, kApproxBit);
   }
-  EXPECT_EQ(data.VarAx().get_flags().byte() & kApprox, 0);
+  EXPECT_EQ(data.VarAx().get_flags().byte() & kApproxBit, 0);
 
   codec.take(packet_of(3, 20));
   EXPECT_TRUE(data.IsLatValid() && data.IsVnValid() && data.IsHeadingValid());

@@ -17,12 +17,6 @@ StoreLeaf leaf_of(const std::string& name, unsigned int size, unsigned int offse
   return StoreLeaf(ElementNode(row.describe(), 0U), 0U, store, offset);
 }
 
-std::vector<std::string> names_of(const Aspect& aspect) {
-  std::vector<std::string> names;
-  for (const DestinationNode& node : aspect.destinations()) names.push_back(node.name);
-  return names;
-}
-
 std::string letter(unsigned long long index) {
   return std::string(1, static_cast<char>('a' + index));
 }

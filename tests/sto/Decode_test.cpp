@@ -19,13 +19,7 @@ using testing::SizeIs;
 constexpr auto kNormal = Enum::RETURN_TYPE_NORMAL;
 constexpr auto kNothing = Enum::RETURN_TYPE_NOTHING;
 
-std::vector<std::string> names_of(const Aspect& aspect) {
-  std::vector<std::string> names;
-  for (const DestinationNode& node : aspect.destinations()) names.push_back(node.name);
-  return names;
-}
-
-std::vector<std::string> names_of(const std::vector<StoreLeaf>& leaves) {
+std::vector<std::string> leaf_names(const std::vector<StoreLeaf>& leaves) {
   std::vector<std::string> names;
   for (const StoreLeaf& leaf : leaves) names.push_back(leaf.name);
   return names;
@@ -45,7 +39,7 @@ TEST(AddElement, twice_succeeds_twice_and_grows_the_cache_once) {
   EXPECT_EQ(store.direct_add_element(0, "Nano"), kNormal);
   EXPECT_EQ(store.direct_add_element(0, "Nano"), kNormal);
   EXPECT_EQ(store.get_direct().next_element_int64_t(0), 1U);
-  EXPECT_THAT(names_of(store.get_direct().elements()), ElementsAre("Nano"));
+  EXPECT_THAT(leaf_names(store.get_direct().elements()), ElementsAre("Nano"));
 }
 
 TEST(AddElement, without_a_name_gives_nothing_before_anything_else_is_looked_at) {
@@ -127,7 +121,7 @@ TEST(AddElement, elements_of_one_type_lie_one_behind_the_other_in_one_cache_for_
   store.direct_add_element(0, "One");
   store.direct_add_element(1, "Other");
   const auto& leaves = store.get_direct().elements();
-  EXPECT_THAT(names_of(leaves), ElementsAre("Arr", "Two", "One", "Other"));
+  EXPECT_THAT(leaf_names(leaves), ElementsAre("Arr", "Two", "One", "Other"));
   EXPECT_EQ(leaves[0].offset, 0U);
   EXPECT_EQ(leaves[1].offset, 5U);
   EXPECT_EQ(leaves[2].offset, 6U);

@@ -163,4 +163,10 @@ std::vector<Message> drain(Lib::CyclicBuffer& ring) {
   return messages;
 }
 
+std::vector<std::string> names_of(const Aspect& aspect) {
+  std::vector<std::string> names;
+  for (const DestinationNode& node : aspect.destinations()) names.push_back(node.name);
+  return names;
+}
+
 }  // namespace Trel::Sto::Test

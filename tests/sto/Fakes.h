@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -32,6 +33,7 @@ struct DataStorePeer {
 namespace Test {
 
 inline constexpr long long kSecond = 1000000000;
+inline constexpr long long kMax = std::numeric_limits<long long>::max();
 inline constexpr std::size_t kArraySize = 5;
 
 // 2^16 slots of a second; a ring of 2^10 bytes.
@@ -231,6 +233,9 @@ struct Message {
   friend bool operator==(const Message&, const Message&) = default;
 };
 std::vector<Message> drain(Lib::CyclicBuffer& ring);
+
+// Of what an aspect delivers, in its order.
+std::vector<std::string> names_of(const Aspect& aspect);
 
 }  // namespace Test
 }  // namespace Trel::Sto

@@ -16,7 +16,7 @@ using testing::IsEmpty;
 using Values = std::map<std::string, std::string>;
 
 constexpr nano_t kLargest = std::numeric_limits<nano_t>::max();
-const std::string kMissing = "/nonexistent/recording.xcom";
+const std::string kMissingFile = "/nonexistent/recording.xcom";
 
 // A resource that scans nothing; its streams are put in by hand.
 class BareResource : public Resource {
@@ -66,7 +66,7 @@ TEST(Resource, starts_with_id_0_and_knows_its_name_and_its_extension_in_lower_ca
 }
 
 TEST(Resource, gives_its_id_to_every_stream) {
-  BareResource resource(kMissing);
+  BareResource resource(kMissingFile);
   const FakeStream& first = resource.add(1);
   const FakeStream& second = resource.add(2);
   resource.setResourceId(5);
@@ -76,20 +76,20 @@ TEST(Resource, gives_its_id_to_every_stream) {
 }
 
 TEST(Resource, a_query_fills_the_resource_record) {
-  BareResource resource(kMissing);
+  BareResource resource(kMissingFile);
   resource.setResourceId(5);
   ResourceNode root;
   resource.query_resource(root);
   EXPECT_EQ(root.resource_id, 5U);
   EXPECT_EQ(root.transport, Enum::TRANSPORT_TYPE_OGG);
-  EXPECT_EQ(root.name, kMissing);
+  EXPECT_EQ(root.name, kMissingFile);
   EXPECT_EQ(root.extension, ".xcom");
 }
 
 TEST(Resource, deletes_its_streams_at_its_end) {
   int gone = 0;
   {
-    BareResource resource(kMissing);
+    BareResource resource(kMissingFile);
     resource.add(1).gone = &gone;
     resource.add(2).gone = &gone;
     EXPECT_EQ(gone, 0);
@@ -125,7 +125,7 @@ TEST(ResourceFile, opened_again_is_at_its_start_with_the_end_cleared) {
 }
 
 TEST(ResourceFile, a_missing_one_has_no_bytes_and_raises_nothing) {
-  BareResource resource(kMissing);
+  BareResource resource(kMissingFile);
   EXPECT_EQ(resource.position(), 0U);
   EXPECT_EQ(read(resource, 9), Bytes());
   resource.reopen_file();
@@ -133,7 +133,7 @@ TEST(ResourceFile, a_missing_one_has_no_bytes_and_raises_nothing) {
 }
 
 TEST(ResourceSpan, reaches_from_the_earliest_start_to_the_latest_end) {
-  BareResource resource(kMissing);
+  BareResource resource(kMissingFile);
   resource.add_storable(1, 200, 400);
   resource.add_storable(2, 100, 300);
   resource.add_storable(3, 300, 350);
@@ -142,7 +142,7 @@ TEST(ResourceSpan, reaches_from_the_earliest_start_to_the_latest_end) {
 }
 
 TEST(ResourceSpan, the_first_stream_sets_the_end_even_below_0) {
-  BareResource resource(kMissing);
+  BareResource resource(kMissingFile);
   resource.add_storable(1, -200, -100);
   EXPECT_EQ(resource.get_end(), -100);
   resource.add_storable(2, -300, -250);
@@ -151,7 +151,7 @@ TEST(ResourceSpan, the_first_stream_sets_the_end_even_below_0) {
 }
 
 TEST(ResourceSpan, streams_that_are_not_storable_do_not_count) {
-  BareResource resource(kMissing);
+  BareResource resource(kMissingFile);
   FakeStream& other = resource.add(1);
   other.first = -1000;
   other.last = 1000;
@@ -161,7 +161,7 @@ TEST(ResourceSpan, streams_that_are_not_storable_do_not_count) {
 }
 
 TEST(ResourceSpan, without_a_storable_stream_is_the_largest_time_and_0) {
-  BareResource resource(kMissing);
+  BareResource resource(kMissingFile);
   EXPECT_EQ(resource.get_start(), kLargest);
   EXPECT_EQ(resource.get_end(), 0);
   resource.add(1);
@@ -171,7 +171,7 @@ TEST(ResourceSpan, without_a_storable_stream_is_the_largest_time_and_0) {
 
 TEST(ResourceMessage, carries_the_resource_id_and_the_percentage) {
   Messages messages(10);
-  BareResource resource(kMissing, &messages);
+  BareResource resource(kMissingFile, &messages);
   resource.push_msg(Enum::DATA_STORE_MSG_INIT, 25.0);
   resource.setResourceId(3);
   resource.push_msg(Enum::DATA_STORE_MSG_INIT, 50.0);
@@ -196,7 +196,7 @@ TEST(ResourceMessage, of_a_position_in_a_file_without_bytes_is_not_sent) {
   Messages messages(10);
   BareResource empty(file.path(), &messages);
   empty.push_msg(Enum::DATA_STORE_MSG_PRESCAN, 0, 0, 1);
-  BareResource missing(kMissing, &messages);
+  BareResource missing(kMissingFile, &messages);
   missing.push_msg(Enum::DATA_STORE_MSG_PRESCAN, 0, 0, 1);
   EXPECT_THAT(drain(messages), IsEmpty());
 }
@@ -211,7 +211,7 @@ TEST(ResourceMessage, without_a_ring_nothing_happens) {
 // Streams that name each other; the id of a stream is 100 above its serial number.
 class Mapping {
  public:
-  Mapping() : resource_(kMissing) {}
+  Mapping() : resource_(kMissingFile) {}
 
   Mapping& stream(unsigned int serial, Enum::CODEC_TYPE codec, const Values& range,
                   bool scanned = true) {

@@ -9,8 +9,6 @@
 namespace Trel::Sto::Test {
 namespace {
 
-constexpr long long kMax = std::numeric_limits<long long>::max();
-
 // The grid that a store lays; a resolution of 0 when it refuses.
 Indexing grid(unsigned int bits, long long resolution, long long start, long long end) {
   Store store(0, bits, resolution);

@@ -15,7 +15,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr long long kMin = std::numeric_limits<long long>::min();
-constexpr long long kMax = std::numeric_limits<long long>::max();
 
 // Every seek step counts as long enough for a message; the ring holds some 6500 of them.
 const Options kEveryStep(16, kSecond, 0, -1.0, 1048576, 16);

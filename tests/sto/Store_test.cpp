@@ -16,8 +16,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr long long kMax = std::numeric_limits<long long>::max();
-
 // One UCom stream for each of `serials`, with packets at 10 s, 11 s and 12 s.
 Support::Bytes drive(const std::vector<unsigned int>& serials) {
   const auto dbu = Support::Dbu().message(1, {10}).signal(10).name("Nano").type("S", 64).at(0);

@@ -4,19 +4,10 @@
 
 #include <numbers>
 
+#include "tools/PacketParts.h"
+
 namespace Trel::Support::Test {
 namespace {
-
-unsigned char sum(const Bytes& bytes, std::size_t from, std::size_t end) {
-  unsigned int total = 0;
-  for (std::size_t at = from; at < end; ++at) total += bytes[at];
-  return static_cast<unsigned char>(total);
-}
-
-Bytes part(const Bytes& bytes, std::size_t from, std::size_t count) {
-  const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(from);
-  return Bytes(begin, begin + static_cast<std::ptrdiff_t>(count));
-}
 
 TEST(NavPacketBuilder, both_families_have_their_first_byte_and_size) {
   EXPECT_EQ(NComPacket().bytes().size(), 72U);

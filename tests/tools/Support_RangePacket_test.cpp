@@ -3,20 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "support/Support_NavPacket.h"
+#include "tools/PacketParts.h"
 
 namespace Trel::Support::Test {
 namespace {
-
-unsigned char sum(const Bytes& bytes, std::size_t from, std::size_t end) {
-  unsigned int total = 0;
-  for (std::size_t at = from; at < end; ++at) total += bytes[at];
-  return static_cast<unsigned char>(total);
-}
-
-Bytes part(const Bytes& bytes, std::size_t from, std::size_t count) {
-  const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(from);
-  return Bytes(begin, begin + static_cast<std::ptrdiff_t>(count));
-}
 
 TEST(RangePacketBuilder, a_fresh_packet_tells_its_type_and_the_bytes_behind_its_header) {
   // 114 bytes and the sum are 115, of which 111 = 0x6F stand behind the header
