@@ -79,15 +79,21 @@ function(trel_use_precompiled target kind)
   endif()
 endfunction()
 
-# trel_test(NAME [PREFIX text] SOURCES file... [ALONE file...] LINK target...)
+# trel_test(NAME [SHIPPED] [PREFIX text] SOURCES file... [ALONE file...] LINK target...)
 #
 # Makes the test program test_NAME and registers each of its tests with CTest, behind the prefix and
 # under the label NAME. Under the sanitizers it is registered as a whole, since starting a program is
 # dear there, and its SOURCES are compiled a few at a time, since what their headers bring costs more
-# than they do: so they must not give one name to two things. The files ALONE may.
+# than they do: so they must not give one name to two things. The files ALONE may. SHIPPED puts
+# the tests under the label shipped, too: what the optimised build could break by itself.
 function(trel_test name)
-  cmake_parse_arguments(ARG "" "PREFIX" "SOURCES;ALONE;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "SHIPPED" "PREFIX" "SOURCES;ALONE;LINK" ${ARGN})
   set(target test_${name})
+  set(labels ${name})
+  if(ARG_SHIPPED)
+    list(APPEND labels shipped)
+    set_property(GLOBAL APPEND PROPERTY TREL_SHIPPED_TESTS ${target})
+  endif()
   set_property(GLOBAL APPEND PROPERTY TREL_TESTS ${target})
   add_executable(${target} ${ARG_SOURCES} ${ARG_ALONE})
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
@@ -97,12 +103,12 @@ function(trel_test name)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
     set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     add_test(NAME ${target} COMMAND ${target})
-    set_tests_properties(${target} PROPERTIES TIMEOUT 600 LABELS ${name})
+    set_tests_properties(${target} PROPERTIES TIMEOUT 600 LABELS "${labels}")
   else()
     gtest_discover_tests(
       ${target}
       TEST_PREFIX "${ARG_PREFIX}"
-      PROPERTIES TIMEOUT 120 LABELS ${name}
+      PROPERTIES TIMEOUT 120 LABELS "${labels}"
       DISCOVERY_TIMEOUT 60)
   endif()
 endfunction()

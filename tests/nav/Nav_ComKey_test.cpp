@@ -346,5 +346,31 @@ TEST(ComKey, a_const_key_can_be_asked) {
   EXPECT_TRUE(asked.KMain().Get_Pos());
 }
 
+TEST(ComKey, tells_whenever_a_node_may_have_changed) {
+  ComKey key;
+  unsigned int seen = 0;
+  const auto expect_change = [&](const char* what) {
+    EXPECT_NE(key.changes(), seen) << what;
+    seen = key.changes();
+  };
+  expect_change("never 0");
+  key.Reset(false);
+  expect_change("all nodes");
+  key.KMain().Let_Speed();
+  expect_change("a node of the main key");
+  key.PropagateKeyOr();
+  expect_change("what it needs");
+  key.KGps(0).Let_System();
+  expect_change("of the primary receiver");
+  key.KGps(1).Let_System();
+  expect_change("of the external one");
+  key.KGps(2).Bar_System();
+  expect_change("of the secondary one");
+  key.KMeasurePt(7).Let_Slip();
+  expect_change("of a measure point");
+  EXPECT_TRUE(key.KMain().Get_Speed());
+  EXPECT_EQ(key.changes(), seen) << "asking changes nothing";
+}
+
 }  // namespace
 }  // namespace Trel::Nav::Test

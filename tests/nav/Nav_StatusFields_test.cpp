@@ -673,6 +673,31 @@ TEST(StatusFields, that_nobody_wants_become_invalid) {
   }
 }
 
+// Raw 5 in millimetres, of three accuracies; the seventh byte says that they are new.
+constexpr Eight kAccuracies = {5, 0, 5, 0, 5, 0, 0, 0};
+
+TEST(StatusFields, that_nobody_wants_become_invalid_when_their_channel_comes) {
+  StatusFeed feed;
+  feed.take(3, kAccuracies);
+  EXPECT_EQ(feed.number("NorthAcc"), 0.005);
+  feed.key().KMain().Bar_Pos_Accuracy();
+  feed.take(4, kAccuracies);
+  EXPECT_TRUE(feed.good("NorthAcc")) << "that was another channel";
+  feed.take(3, kAccuracies);
+  EXPECT_FALSE(feed.good("NorthAcc"));
+}
+
+TEST(StatusFields, are_read_again_as_soon_as_their_key_is_on) {
+  StatusFeed feed;
+  feed.want_nothing();
+  feed.take(3, kAccuracies);
+  feed.take(3, kAccuracies);
+  EXPECT_FALSE(feed.good("NorthAcc"));
+  feed.key().KMain().Let_Pos_Accuracy();
+  feed.take(3, kAccuracies);
+  EXPECT_EQ(feed.number("NorthAcc"), 0.005);
+}
+
 // The key of each value in its own table, and the key that a channel's line gives it.
 TEST(StatusFields, stand_behind_the_keys_that_whoever_wants_them_turns_on) {
   const auto home = [](std::string_view wanted) -> std::string_view {

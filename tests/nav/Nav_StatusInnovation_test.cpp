@@ -79,6 +79,22 @@ TEST(Innovations, more_than_ten_seconds_old_are_stale_and_keep_their_number) {
   }
 }
 
+// The packet after next is more than ten seconds behind the innovation.
+TEST(Innovations, wanted_later_than_the_first_packet_grow_old_like_others) {
+  for (const Innovation& innovation : kInnovations) {
+    StatusFeed feed;
+    feed.codec().Invalidate(false);
+    feed.want_nothing();
+    feed.take(0, Data().w(kMinute).b(255).b(255).b(255).b(255));
+    feed.key().Reset(true);
+    take_byte(feed, innovation, 15 << 1 | 1);
+    EXPECT_TRUE(feed.good(innovation.name)) << innovation.name;
+    feed.pass(10'000);
+    feed.take(86, {});
+    EXPECT_FALSE(feed.good(innovation.name)) << innovation.name;
+  }
+}
+
 TEST(Innovations, do_not_age_without_a_time) {
   ComData data;
   data.SetInnPosX(1.0);

@@ -13,6 +13,8 @@ constexpr unsigned int kIndexStep = 16;
 // What stands ahead of a packet in a recording.
 constexpr unsigned int kSuperPrefix = 8;
 constexpr int kRxVersion = 22;
+// What no key tells, as each has been set once.
+constexpr unsigned int kNoChanges = 0;
 
 }  // namespace
 
@@ -45,8 +47,11 @@ int ComBase::DecodeSuper(const unsigned char* data, unsigned int size, bool chec
 
 int ComBase::DecodeInner(const unsigned char* data, unsigned int available) {
   const unsigned int copied = std::min(available, form_.size);
-  std::fill(std::copy_n(data, copied, packet_.begin()), packet_.begin() + form_.size,
-            static_cast<unsigned char>(0));
+  std::copy_n(data, copied, packet_.begin());
+  if (copied < form_.size) {
+    std::fill(packet_.begin() + copied, packet_.begin() + form_.size,
+              static_cast<unsigned char>(0));
+  }
   length_ = form_.size;
   status_length_ = form_.size;
   if (prescan_.active) {
@@ -143,6 +148,7 @@ void ComBase::InvalidatePrivate(bool all, bool prescan) {
   nano_off_.Invalidate();
   if (all) prescan_.Invalidate(prescan);
   status_.Reset();
+  key_changes_ = kNoChanges;
   regular_rate_.Invalidate();
   derived_.Reset();
   filters_.Reset();

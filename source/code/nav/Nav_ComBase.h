@@ -115,6 +115,7 @@ class ComBase {
   void set_nano(long long nano);
 
   void UpdateNav();
+  void note_key();
   // False for a packet that goes no further.
   bool begin_packet(bool& triggered);
   bool begin_triggered();
@@ -154,6 +155,7 @@ class ComBase {
   unsigned long long bytes_ = 0;
   unsigned long long skipped_ = 0;
   unsigned long long packets_ = 0;
+  unsigned int key_changes_ = 0;
   Index index_;
 
   NanoOff nano_off_;

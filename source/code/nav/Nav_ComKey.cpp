@@ -26,17 +26,17 @@ static_assert(kMainNodes == 171 && kGpsNodes == 8 && kPointNodes == 6 && kEdges 
 }  // namespace
 
 void ComKey::KeyGps::Reset(bool value) {
-#define GPS(node) node##_.set(value);
+#define GPS(node) turn(node##_, value);
 #include "nav/Nav_ComKey.def"
 }
 
 void ComKey::KeyMeasurePt::Reset(bool value) {
-#define POINT(node) node##_.set(value);
+#define POINT(node) turn(node##_, value);
 #include "nav/Nav_ComKey.def"
 }
 
 void ComKey::KeyMain::Reset(bool value) {
-#define MAIN(node) node##_.set(value);
+#define MAIN(node) turn(node##_, value);
 #include "nav/Nav_ComKey.def"
   Let_Status();
   Let_System_Id();
@@ -44,20 +44,18 @@ void ComKey::KeyMain::Reset(bool value) {
 }
 
 ComKey::ComKey() {
+  main_.count_changes(changes_);
+  for (KeyGps* gps : {&primary_, &secondary_, &external_}) gps->count_changes(changes_);
+  for (KeyMeasurePt& point : points_) point.count_changes(changes_);
   KeyMain& main = main_;
   KeyGps& primary = primary_;
   KeyGps& secondary = secondary_;
   for (KeyMeasurePt& own : points_) {
-#define POINT_NEEDS(node, owner, other) connect(own.node##_, owner.other##_);
+#define POINT_NEEDS(node, owner, other) graph_.connect(own.node##_, owner.other##_);
 #include "nav/Nav_ComKey.def"
   }
-#define MAIN_NEEDS(node, owner, other) connect(main.node##_, owner.other##_);
+#define MAIN_NEEDS(node, owner, other) graph_.connect(main.node##_, owner.other##_);
 #include "nav/Nav_ComKey.def"
-}
-
-void ComKey::connect(Node& node, Node& other) {
-  if (node.needs_.empty()) dependents_.push_back(&node);
-  node.push(other);
 }
 
 void ComKey::Reset(bool value) {
@@ -69,17 +67,8 @@ void ComKey::Reset(bool value) {
 }
 
 void ComKey::PropagateKeyOr() {
-  bool changed = true;
-  while (changed) {
-    changed = false;
-    for (const Node* node : dependents_) {
-      for (Node* needed : node->needs_) {
-        if (!node->on_ || needed->on_) continue;
-        needed->on_ = true;
-        changed = true;
-      }
-    }
-  }
+  graph_.propagate();
+  ++changes_;
 }
 
 }  // namespace Trel::Nav

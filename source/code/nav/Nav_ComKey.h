@@ -2,86 +2,63 @@
 //
 // A key has a node for each group: the groups of the solution, of three receivers and of eight
 // measure points. Whoever wants a value lets its group, then PropagateKeyOr() turns on all that
-// those groups need; the decoding code asks a node before it touches the group. For each node N
-// its owner has Let_N() to turn it on, Bar_N() to turn it off and Get_N() to read it. The nodes and
-// what they need stand in Nav_ComKey.def. A fresh key is on throughout. Nothing fails. A key is
-// never copied, since its nodes point at each other.
+// those groups need. For each node N its owner has Let_N() to turn it on, Bar_N() to turn it off
+// and Get_N() to read it. The nodes and what they need stand in Nav_ComKey.def. A fresh key is on
+// throughout. Nothing fails. A key is never copied, since its nodes point at each other.
 #pragma once
 
 #include <array>
-#include <vector>
+
+#include "library/Lib_KeyNode.h"
 
 namespace Trel::Nav {
 
 class ComKey {
  public:
-  class Node {
-   public:
-    [[nodiscard]] bool get() const { return on_; }
-    void set(bool on) { on_ = on; }
-    // Notes that this node needs `other`, which must live as long.
-    void push(Node& other) { needs_.push_back(&other); }
-
-   private:
-    friend class ComKey;
-    bool on_ = true;
-    std::vector<Node*> needs_;
-  };
-
-#define NODE(node)                        \
-  void Let_##node() {                     \
-    node##_.set(true);                    \
-  }                                       \
-  void Bar_##node() {                     \
-    node##_.set(false);                   \
-  }                                       \
-  [[nodiscard]] bool Get_##node() const { \
-    return node##_.get();                 \
-  }
+  using Node = Lib::KeyNode;
 
   // The groups of one receiver.
-  class KeyGps {
+  class KeyGps : public Lib::KeyPart {
    public:
     KeyGps() { Reset(true); }
     void Reset(bool value);
-#define GPS(node) NODE(node)
+#define GPS TREL_KEY_FUNCTIONS
 #include "nav/Nav_ComKey.def"
 
    private:
     friend class ComKey;
-#define GPS(node) Node node##_;
+#define GPS TREL_KEY_NODE
 #include "nav/Nav_ComKey.def"
   };
 
   // The groups of one measure point.
-  class KeyMeasurePt {
+  class KeyMeasurePt : public Lib::KeyPart {
    public:
     KeyMeasurePt() { Reset(true); }
     void Reset(bool value);
-#define POINT(node) NODE(node)
+#define POINT TREL_KEY_FUNCTIONS
 #include "nav/Nav_ComKey.def"
 
    private:
     friend class ComKey;
-#define POINT(node) Node node##_;
+#define POINT TREL_KEY_NODE
 #include "nav/Nav_ComKey.def"
   };
 
   // The groups of the solution and of the unit.
-  class KeyMain {
+  class KeyMain : public Lib::KeyPart {
    public:
     KeyMain() { Reset(true); }
     // Status, System_Id and Time are on whatever `value` is.
     void Reset(bool value);
-#define MAIN(node) NODE(node)
+#define MAIN TREL_KEY_FUNCTIONS
 #include "nav/Nav_ComKey.def"
 
    private:
     friend class ComKey;
-#define MAIN(node) Node node##_;
+#define MAIN TREL_KEY_NODE
 #include "nav/Nav_ComKey.def"
   };
-#undef NODE
 
   static constexpr unsigned int kMeasurePoints = 8;
 
@@ -93,6 +70,11 @@ class ComKey {
   void Reset(bool value);
   // Turns on whatever a node that is on needs, directly or by way of others.
   void PropagateKeyOr();
+  // Never 0, and another number whenever nodes may have changed; for whoever keeps what follows
+  // from them.
+  [[nodiscard]] unsigned int changes() const {
+    return changes_;
+  }
 
   [[nodiscard]] KeyMain& KMain() {
     return main_;
@@ -107,12 +89,6 @@ class ComKey {
   [[nodiscard]] const KeyGps& KGps(unsigned int index) const {
     return index % 2 != 0 ? external_ : index == 0 ? primary_ : secondary_;
   }
-  // Whether anyone wants a measure point.
-  [[nodiscard]] bool wants_points() const {
-    bool wanted = false;
-    for (const KeyMeasurePt& point : points_) wanted |= point.Get_Point();
-    return wanted;
-  }
   // `index` must be below kMeasurePoints.
   [[nodiscard]] KeyMeasurePt& KMeasurePt(unsigned int index) {
     return points_[index];
@@ -122,14 +98,13 @@ class ComKey {
   }
 
  private:
-  void connect(Node& node, Node& other);
-
   KeyGps primary_;
   KeyGps secondary_;
   KeyGps external_;
   std::array<KeyMeasurePt, kMeasurePoints> points_;
   KeyMain main_;
-  std::vector<Node*> dependents_;  // every node that needs another
+  Lib::KeyGraph graph_;
+  unsigned int changes_ = 1;
 };
 
 }  // namespace Trel::Nav

@@ -55,6 +55,10 @@ class DerivedOutputs : public ComScales {
   // Distances start anew.
   void Reset();
 
+  // To be called once the key has changed: families of outputs that nobody wants then cost one
+  // test.
+  void NoteKey();
+
  private:
   // One distance that grows.
   struct Distance {
@@ -98,6 +102,10 @@ class DerivedOutputs : public ComScales {
   void compute_iso_jerk();
   void compute_iso_rate();
 
+  [[nodiscard]] bool wants_rotated() const;
+  [[nodiscard]] bool wants_iso() const;
+  [[nodiscard]] bool wants_points() const;
+
   ComData& data_;
   const ComKey& key_;
   FilterBank& filters_;
@@ -107,6 +115,9 @@ class DerivedOutputs : public ComScales {
   Attitude iso_attitude_;              // ISO 8855 yaw, pitch, roll
   Triple acceleration_correction_;     // north, east, down
   Triple rate_correction_;             // the same, in degrees per second
+  bool rotated_ = true;                // whether anyone wants a rotated vector,
+  bool iso_ = true;                    // one in ISO 8855 axes,
+  bool points_ = true;                 // a measure point
 };
 
 }  // namespace Trel::Nav

@@ -43,4 +43,10 @@ void DerivedOutputs::Reset() {
   iso_attitude_.Reset();
 }
 
+void DerivedOutputs::NoteKey() {
+  rotated_ = wants_rotated();
+  iso_ = wants_iso();
+  points_ = wants_points();
+}
+
 }  // namespace Trel::Nav

@@ -64,7 +64,17 @@ Triple vehicle(const Triple& v) {
 
 }  // namespace
 
+bool DerivedOutputs::wants_iso() const {
+  const auto& key = key_.KMain();
+  return key.Get_IsoAngPos() || key.Get_IsoVelEarth() || key.Get_IsoAccEarth() ||
+         key.Get_FiltIsoAccEarth() || key.Get_IsoJerkEarth() || key.Get_FiltIsoJerkEarth() ||
+         key.Get_IsoAngVelVeh() || any_wanted<kBodyToVehicle>(key) ||
+         any_wanted<kEarthToInter>(key) || any_wanted<kInterToVehicle>(key) ||
+         any_wanted<kVehicleToInter>(key) || any_wanted<kInterToEarth>(key);
+}
+
 void DerivedOutputs::Iso8855OutputsCompute(bool predicting) {
+  if (!iso_) return;
   if (key_.KMain().Get_IsoAngPos()) compute_iso_angles();
   if (!is_attitude_valid()) return;
   attitude_.set(data_.GetHeading(), data_.GetPitch(), data_.GetRoll());
@@ -87,6 +97,7 @@ void DerivedOutputs::Iso8855OutputsCompute(bool predicting) {
 }
 
 void DerivedOutputs::Iso8855OutputsInvalidate() {
+  if (!iso_) return;
   const auto& key = key_.KMain();
   if (key.Get_IsoAngPos()) {
     data_.InvIsoYaw();

@@ -21,8 +21,16 @@ Triple sum(const Triple& a, const Triple& b) {
 
 }  // namespace
 
+bool DerivedOutputs::wants_points() const {
+  bool wanted = false;
+  for (unsigned int index = 0; index < ComData::kMeasurePoints; ++index) {
+    wanted |= key_.KMeasurePt(index).Get_Point();
+  }
+  return wanted;
+}
+
 void DerivedOutputs::DisplacedOutputsCompute() {
-  if (!key_.wants_points()) return;
+  if (!points_) return;
   Triple mounting;
   Triple rate;
   Triple velocity;

@@ -40,8 +40,14 @@ Triple in_degrees(const Vector& radians) {
 
 }  // namespace
 
+bool DerivedOutputs::wants_rotated() const {
+  const auto& key = key_.KMain();
+  return key.Get_Leica() || any_wanted<kLevelGroups>(key) || key.Get_Vel_Fld() ||
+         key.Get_Ned2Veh() || key.Get_Surf2Out();
+}
+
 void DerivedOutputs::RotateOutputsCompute() {
-  if (!is_attitude_valid()) return;
+  if (!rotated_ || !is_attitude_valid()) return;
   attitude_.set(data_.GetHeading(), data_.GetPitch(), data_.GetRoll());
   if (key_.KMain().Get_Leica()) compute_lps();
   if (is_licensed()) {
@@ -54,6 +60,7 @@ void DerivedOutputs::RotateOutputsCompute() {
 }
 
 void DerivedOutputs::RotateOutputsInvalidate() {
+  if (!rotated_) return;
   const auto& key = key_.KMain();
   if (key.Get_Leica()) kLps.invalidate(data_);
   invalidate_wanted<kLevelGroups>(data_, key);

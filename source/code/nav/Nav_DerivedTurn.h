@@ -27,6 +27,14 @@ void for_each_group(Use use) {
   (std::make_index_sequence<kGroups.size()>());
 }
 
+// Whether any group is wanted.
+template <const auto& kGroups>
+[[nodiscard]] bool any_wanted(const ComKey::KeyMain& key) {
+  bool wanted = false;
+  for_each_group<kGroups>([&](auto place) { wanted |= (key.*kGroups[place].wanted)(); });
+  return wanted;
+}
+
 // Makes the groups that are wanted invalid.
 template <const auto& kGroups>
 void invalidate_wanted(ComData& data, const ComKey::KeyMain& key) {

@@ -109,9 +109,30 @@ bool read_utc_offset(const unsigned char* p, int& seconds) {
 
 void StatusChannels::DecodeStatusMsg(const unsigned char* message) {
   updated_.fill(false);
-  if (message[0] >= StatusTable::kChannels) return;
+  const unsigned int channel = message[0];
+  if (channel >= StatusTable::kChannels) return;
   p_ = message + 1;
-  for (const StatusRow& row : form_.channels->channel(message[0])) row.call(*this, row);
+  bool* quiet = quiet_.data() + form_.channels->first(channel);
+  for (const StatusRow& row : form_.channels->channel(channel)) {
+    if (!*quiet) {
+      row.call(*this, row);
+      *quiet = row.invalidate != nullptr && !row.wanted(key_);
+    }
+    ++quiet;
+  }
+}
+
+bool StatusChannels::wants_innovations() const {
+  const auto& key = key_.KMain();
+  return key.Get_Pos_Innovation() || key.Get_Vel_Innovation() || key.Get_AngPos_Innovation() ||
+         key.Get_ZeroVel_Innovation() || key.Get_NoSlip_Innovation() ||
+         key.Get_NoVSlip_Innovation() || key.Get_WSpeed_Innovation() ||
+         key.Get_HeadLock_Innovation() || key.Get_ClockModel_Innovation();
+}
+
+void StatusChannels::NoteKey() {
+  quiet_.fill(false);
+  innovations_ = innovations_ || wants_innovations();
 }
 
 void StatusChannels::Reset() {
@@ -119,6 +140,8 @@ void StatusChannels::Reset() {
   updated_.fill(false);
   wheel_ = {};
   fine_frame_ = {};
+  quiet_.fill(false);
+  innovations_ = false;
 }
 
 bool StatusChannels::is_of_age(Age age) const {

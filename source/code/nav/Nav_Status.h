@@ -76,6 +76,7 @@ struct StatusRow {
 class StatusTable {
  public:
   static constexpr unsigned int kChannels = 95;
+  static constexpr std::size_t kMostRows = 512;
 
   // `rows` must be in order of channels, and outlive the table.
   constexpr explicit StatusTable(std::span<const StatusRow> rows) : rows_(rows) {
@@ -86,15 +87,17 @@ class StatusTable {
     }
   }
 
-  // Whether the lines were in order, each of a channel of the table.
+  // Whether the lines were in order, each of a channel of the table, and no more than kMostRows.
   [[nodiscard]] constexpr bool in_order() const {
-    return first_[kChannels] == rows_.size() &&
+    return first_[kChannels] == rows_.size() && rows_.size() <= kMostRows &&
            std::is_sorted(rows_.begin(), rows_.end(), [](const StatusRow& a, const StatusRow& b) {
              return a.channel < b.channel;
            });
   }
 
-  // The lines of a channel below kChannels, in their order.
+  // The place in the table of the first line of a channel below kChannels,
+  [[nodiscard]] constexpr std::size_t first(unsigned int number) const { return first_[number]; }
+  // and the channel's lines, in their order.
   [[nodiscard]] constexpr std::span<const StatusRow> channel(unsigned int number) const {
     return rows_.subspan(first_[number],
                          static_cast<std::size_t>(first_[number + 1] - first_[number]));
@@ -126,6 +129,13 @@ class StatusChannels {
 
   // Forgets which updates have been seen, and everything kept from one visit to the next.
   void Reset();
+
+  // To be called once the key has changed. What nobody wants is made invalid when its channel comes
+  // next, and is passed over from then on.
+  void NoteKey();
+
+  // Whether an innovation may hold a value: the key of one has been on since Reset().
+  [[nodiscard]] bool may_hold_innovations() const { return innovations_; }
 
   // Whether the newest packet brought a new edge.
   [[nodiscard]] bool is_updated(TriggerGroup group) const {
@@ -192,6 +202,7 @@ class StatusChannels {
     [[nodiscard]] bool complete() const { return lat && lon && alt && heading; }
   };
 
+  [[nodiscard]] bool wants_innovations() const;
   [[nodiscard]] bool is_of_age(Age age) const;
 
   void UpdateTrig1Tran();
@@ -214,6 +225,8 @@ class StatusChannels {
   const unsigned char* p_ = nullptr;  // the eight bytes, P0 to P7
   std::array<unsigned char, kTriggers.size()> update_counters_{};
   std::array<bool, kTriggerGroups> updated_{};
+  std::array<bool, StatusTable::kMostRows> quiet_{};  // lines to pass over
+  bool innovations_ = false;
   WheelSample wheel_;
   FineFrame fine_frame_;
 };

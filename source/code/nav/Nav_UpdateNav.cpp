@@ -31,7 +31,15 @@ Enum::NAVIGATION_STATUS plain_status(Enum::NAVIGATION_STATUS status) {
 
 }  // namespace
 
+void ComBase::note_key() {
+  if (key_.changes() == key_changes_) return;
+  key_changes_ = key_.changes();
+  derived_.NoteKey();
+  status_.NoteKey();
+}
+
 void ComBase::UpdateNav() {
+  note_key();
   bool triggered = false;
   if (!begin_packet(triggered)) return;
   const Enum::NAVIGATION_STATUS status = data_.GetInsNavMode();
@@ -61,7 +69,7 @@ void ComBase::UpdateNav() {
   if (status > NAVIGATION_STATUS_RAWIMU) derived_.Iso8855OutputsCompute(triggered);
   ProductNameCompute(data_, key_);
   if (!triggered) {
-    UpdateInnAge(data_);
+    if (status_.may_hold_innovations()) UpdateInnAge(data_);
     DecodeStatusMsg();
   }
 }

@@ -12,17 +12,17 @@ constexpr int kLevelAll = 10;
 }  // namespace
 
 void ComKey::KeyWrap::Reset(bool value) {
-#define WRAP(node) node##_.set(value);
+#define WRAP(node) turn(node##_, value);
 #include "rng/Rng_ComKey.def"
 }
 
 void ComKey::KeyTarget::Reset(bool value) {
-#define TARGET(node) node##_.set(value);
+#define TARGET(node) turn(node##_, value);
 #include "rng/Rng_ComKey.def"
 }
 
 void ComKey::KeyMain::Reset(bool value) {
-#define MAIN(node) node##_.set(value);
+#define MAIN(node) turn(node##_, value);
 #include "rng/Rng_ComKey.def"
 }
 
@@ -31,19 +31,14 @@ ComKey::ComKey() {
   for (KeyTarget& each : targets_) {
     const std::span<KeyTarget, 1> own(&each, 1);
 #define TARGET_CHILD(node, owner, child) \
-  for (auto& holder : owner) connect(each.node##_, holder.child##_);
+  for (auto& holder : owner) graph_.connect(each.node##_, holder.child##_);
 #include "rng/Rng_ComKey.def"
   }
   const std::span<KeyTarget> target(targets_);
   const std::span<KeyWrap> wrap(wraps_);
 #define MAIN_CHILD(node, owner, child) \
-  for (auto& holder : owner) connect(main_.node##_, holder.child##_);
+  for (auto& holder : owner) graph_.connect(main_.node##_, holder.child##_);
 #include "rng/Rng_ComKey.def"
-}
-
-void ComKey::connect(Node& node, Node& child) {
-  if (node.children_.empty()) parents_.push_back(&node);
-  node.push(child);
 }
 
 void ComKey::Reset(bool value) {
@@ -60,17 +55,7 @@ void ComKey::DecodeLevel(int level) {
 }
 
 void ComKey::PropagateKeyOr() {
-  bool changed = true;
-  while (changed) {
-    changed = false;
-    for (const Node* node : parents_) {
-      for (Node* child : node->children_) {
-        if (!node->on_ || child->on_) continue;
-        child->on_ = true;
-        changed = true;
-      }
-    }
-  }
+  graph_.propagate();
 }
 
 }  // namespace Trel::Rng

@@ -9,75 +9,53 @@
 #pragma once
 
 #include <array>
-#include <vector>
+
+#include "library/Lib_KeyNode.h"
 
 namespace Trel::Rng {
 
 class ComKey {
  public:
-  class Node {
-   public:
-    [[nodiscard]] bool get() const { return on_; }
-    void set(bool on) { on_ = on; }
-    // Makes `child` a child of this node; it must live as long.
-    void push(Node& child) { children_.push_back(&child); }
-
-   private:
-    friend class ComKey;
-    bool on_ = true;
-    std::vector<Node*> children_;
-  };
-
-#define NODE(node)                        \
-  void Let_##node() {                     \
-    node##_.set(true);                    \
-  }                                       \
-  void Bar_##node() {                     \
-    node##_.set(false);                   \
-  }                                       \
-  [[nodiscard]] bool Get_##node() const { \
-    return node##_.get();                 \
-  }
+  using Node = Lib::KeyNode;
 
   // The groups of one source of navigation packets.
-  class KeyWrap {
+  class KeyWrap : public Lib::KeyPart {
    public:
     void Reset(bool value);
-#define WRAP(node) NODE(node)
+#define WRAP TREL_KEY_FUNCTIONS
 #include "rng/Rng_ComKey.def"
 
    private:
     friend class ComKey;
-#define WRAP(node) Node node##_;
+#define WRAP TREL_KEY_NODE
 #include "rng/Rng_ComKey.def"
   };
 
   // The groups of one target.
-  class KeyTarget {
+  class KeyTarget : public Lib::KeyPart {
    public:
     void Reset(bool value);
-#define TARGET(node) NODE(node)
+#define TARGET TREL_KEY_FUNCTIONS
 #include "rng/Rng_ComKey.def"
 
    private:
     friend class ComKey;
-#define TARGET(node) Node node##_;
+#define TARGET TREL_KEY_NODE
 #include "rng/Rng_ComKey.def"
   };
 
   // The groups of time, of the hunter, of the lanes and of the system.
-  class KeyMain {
+  class KeyMain : public Lib::KeyPart {
    public:
     void Reset(bool value);
-#define MAIN(node) NODE(node)
+#define MAIN TREL_KEY_FUNCTIONS
 #include "rng/Rng_ComKey.def"
 
    private:
     friend class ComKey;
-#define MAIN(node) Node node##_;
+#define MAIN TREL_KEY_NODE
 #include "rng/Rng_ComKey.def"
   };
-#undef NODE
 
   static constexpr unsigned int kWraps = 8;
   static constexpr unsigned int kTargets = 4;
@@ -116,12 +94,10 @@ class ComKey {
   }
 
  private:
-  void connect(Node& node, Node& child);
-
   std::array<KeyWrap, kWraps> wraps_;
   std::array<KeyTarget, kTargets> targets_;
   KeyMain main_;
-  std::vector<Node*> parents_;  // every node that has children
+  Lib::KeyGraph graph_;
 };
 
 }  // namespace Trel::Rng
