@@ -124,6 +124,16 @@ TEST(TrakgenOptions, a_range_measurement_has_one_to_four_targets) {
   }
 }
 
+TEST(TrakgenOptions, range_data_comes_in_whole_hundredths_of_a_second) {
+  EXPECT_EQ(accepted({}).range_rate, 100U);
+  for (const std::string value : {"10", "20", "25", "50", "100"}) {
+    EXPECT_EQ(accepted({"--range-rate", value}).range_rate, std::stoull(value));
+  }
+  for (const std::string value : {"0", "5", "30", "200", "x"}) {
+    EXPECT_EQ(refusal({"--range-rate", value}), "--range-rate: bad value '" + value + "'");
+  }
+}
+
 TEST(TrakgenOptions, the_extension_makes_a_raw_file) {
   EXPECT_TRUE(is_raw_file(accepted({"--out", "a/b.ncom"})));
   EXPECT_FALSE(is_mcom_file(accepted({"--out", "a/b.ncom"})));
@@ -139,11 +149,26 @@ TEST(TrakgenOptions, the_extension_makes_a_raw_file) {
 
 TEST(TrakgenOptions, help_names_every_option) {
   EXPECT_TRUE(accepted({"--help"}).help);
-  for (const char* name :
-       {"--out FILE", "--seconds N", "--rate N", "--can-rate N", "--ncom-rate N", "--mcom-rate N",
-        "--streams N", "--shape NAME", "--targets N", "--signals-per-message N",
-        "--packets-per-page N", "--page-bytes N", "--seed N", "--drop-page N", "--repeat-page N",
-        "--swap-pages N", "--flip-bit OFFSET", "--garbage OFFSET:LENGTH", "--cut BYTES"}) {
+  for (const char* name : {"--out FILE",
+                           "--seconds N",
+                           "--rate N",
+                           "--can-rate N",
+                           "--ncom-rate N",
+                           "--mcom-rate N",
+                           "--streams N",
+                           "--shape NAME",
+                           "--targets N",
+                           "--range-rate N",
+                           "--signals-per-message N",
+                           "--packets-per-page N",
+                           "--page-bytes N",
+                           "--seed N",
+                           "--drop-page N",
+                           "--repeat-page N",
+                           "--swap-pages N",
+                           "--flip-bit OFFSET",
+                           "--garbage OFFSET:LENGTH",
+                           "--cut BYTES"}) {
     EXPECT_THAT(help(), HasSubstr(name));
   }
 }

@@ -178,6 +178,22 @@ TEST(TrakgenRange, each_pair_of_kind_and_target_comes_once_in_ten_milliseconds) 
   }
 }
 
+TEST(TrakgenRange, with_fewer_steps_each_is_as_it_was_but_for_its_channel) {
+  const Texts all = measured({"--seconds", "3", "--targets", "4"});
+  const Texts some = measured({"--seconds", "3", "--targets", "4", "--range-rate", "10"});
+  EXPECT_EQ(some.size(), 3U * (10 * 5 + 6));
+  for (const auto& [kind, channel_at] :
+       {std::pair{kLane, kLaneChannelAt}, {kRange, kRangeChannelAt}}) {
+    std::set<std::string> usual;
+    for (const std::string& packet : of_kind(all, kind)) usual.insert(packet.substr(0, channel_at));
+    for (const std::string& packet : of_kind(some, kind)) {
+      EXPECT_TRUE(usual.contains(packet.substr(0, channel_at))) << number_at(packet, 4, 2);
+    }
+  }
+  EXPECT_EQ(of_kind(some, kPolygon), of_kind(all, kPolygon));
+  EXPECT_EQ(of_kind(some, kSensors).size(), 3U);
+}
+
 TEST(TrakgenRange, minutes_and_utc_come_after_some_packets_and_follow_the_time) {
   const Texts packets = measured({"--seconds", "45", "--targets", "1"});
   std::uint64_t step = 0;
@@ -534,6 +550,14 @@ TEST(TrakgenRange, counters_go_on_over_the_end_of_sixteen_bits) {
     EXPECT_EQ(number_at(mine[step], 44, 2), step);
   }
   EXPECT_GT(mine.size() * 72, 65'536U);
+
+  const Texts fewer =
+      of_target(measured({"--seconds", "9", "--targets", "1", "--range-rate", "20"}), 1);
+  for (std::size_t step = 0; step < fewer.size(); ++step) {
+    if (fewer[step][kRangeChannelAt] != 3) continue;
+    EXPECT_EQ(number_at(fewer[step], 42, 2), step * 360 % 65'536);
+    EXPECT_EQ(number_at(fewer[step], 44, 2), step * 5);
+  }
 }
 
 // ---- Lanes.

@@ -117,7 +117,7 @@ void generate_range(const Options& options, Support::Recording& recording) {
   };
   auto& measured = recording.stream(kRComSerial);
   range->describe(measured);
-  add(*range, kRangeRate, RangeScene::kHunter, measured, "Range");
+  add(*range, options.range_rate, RangeScene::kHunter, measured, "Range");
   for (unsigned int vehicle = 0; vehicle <= targets && options.ncom_rate != 0; ++vehicle) {
     auto& stream = recording.stream(kNComSerial + vehicle);
     ncom->describe(stream);
@@ -164,7 +164,7 @@ void generate_raw_range(const Options& options, Output& output) {
                          output.write_page(wrapped_packet(vehicle, bare_packet(packet)));
                        }});
   }
-  sources.push_back({on_the_ground(RangeScene::kHunter), range.get(), kRangeRate,
+  sources.push_back({on_the_ground(RangeScene::kHunter), range.get(), options.range_rate,
                      [&output](std::span<const unsigned char> packet) {
                        output.write_page(bare_packet(packet));
                      }});

@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "trakgen/Trakgen_Nav.h"
+#include "trakgen/Trakgen_Range.h"
 
 namespace Trel::Trakgen {
 
@@ -39,6 +40,10 @@ bool set_ncom_rate(Options& options, const std::string& text) {
 
 bool set_mcom_rate(Options& options, const std::string& text) {
   return read_nav_rate(text, options.mcom_rate.emplace());
+}
+
+bool set_range_rate(Options& options, const std::string& text) {
+  return read_number(text, options.range_rate) && is_range_rate(options.range_rate);
 }
 
 template <std::vector<std::uint64_t> Damage::*member>
@@ -96,6 +101,8 @@ constexpr Row kRows[] = {
      "vehicles, one stream of each kind for each (1)"},
     {"--shape", "NAME", set_shape, "drive, narrow, wide or range (drive)"},
     {"--targets", "N", set_number<&Options::targets, 1, 4>, "of a range measurement (2)"},
+    {"--range-rate", "N", set_range_rate,
+     "steps of a range measurement per second, 10 or more, dividing 100 (100)"},
     {"--signals-per-message", "N", set_number<&Options::signals_per_message, 4, 3000>,
      "time, position and others, in narrow (8) and wide (204)"},
     {"--packets-per-page", "N", set_number<&Options::packets_per_page, 1, 1'000'000>,

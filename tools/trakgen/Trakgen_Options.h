@@ -37,6 +37,7 @@ struct Options {
   std::optional<std::uint64_t> mcom_rate;  // the same of MCom; unless told, none but in a raw file
   std::uint64_t streams = 1;               // vehicles; not of a range measurement
   std::uint64_t targets = 2;               // of a range measurement
+  std::uint64_t range_rate = 100;          // steps of a range measurement per second
   Shape shape = Shape::drive;
   std::uint64_t signals_per_message = 0;  // narrow and wide; 0: as many as usual
   std::uint64_t packets_per_page = 0;     // 0: no limit

@@ -36,6 +36,7 @@ constexpr unsigned int kStanding = 4;    // the target that is a surveyed point
 // All that a packet tells of one moment of the hunter and one target.
 struct Moment {
   std::uint64_t index;  // the step
+  std::uint64_t rate;   // steps per second
   std::int64_t nano;
   unsigned int target;  // its vehicle
   unsigned int targets;
@@ -44,9 +45,9 @@ struct Moment {
 
   [[nodiscard]] const Vehicle& hunter_built() const { return RangeScene::vehicle(0); }
   [[nodiscard]] const Vehicle& built() const { return RangeScene::vehicle(target); }
-  // A counter of `rate` per second.
-  [[nodiscard]] std::int64_t count(std::uint64_t rate) const {
-    return static_cast<std::int64_t>(index * rate / kRangeRate);
+  // A counter of so many per second.
+  [[nodiscard]] std::int64_t count(std::uint64_t per_second) const {
+    return static_cast<std::int64_t>(index * per_second / rate);
   }
 };
 
@@ -145,13 +146,13 @@ Bytes utc_and_load(const Moment&) {
 // The surveyed point that the standing target is; the others are none.
 Bytes point_position(const Moment& m) {
   if (m.target != kStanding) return Fields().put(4, kNone32).put(4, kNone32);
-  const Sample s = RangeScene::sample(m.target, m.index, kRangeRate);
+  const Sample s = RangeScene::sample(m.target, m.index, m.rate);
   return Fields().put(4, s.latitude, kFineAngle).put(4, s.longitude, kFineAngle);
 }
 
 Bytes point_altitude_and_heading(const Moment& m) {
   if (m.target != kStanding) return Fields().put(4, kNone32).put(2, kNoneUnsigned16);
-  const Sample s = RangeScene::sample(m.target, m.index, kRangeRate);
+  const Sample s = RangeScene::sample(m.target, m.index, m.rate);
   return Fields().put(4, s.altitude, kMillimetre).put(2, angle_steps(s.heading));
 }
 
@@ -463,18 +464,18 @@ class RangeShape : public StreamShape {
   void packets(std::uint64_t index, std::uint64_t rate, const Sample& sample,
                const PacketSink& sink) const override {
     const double seconds = static_cast<double>(index) / static_cast<double>(rate);
-    Moment moment{index, sample.nano, 1, targets_, RangeScene::motion(0, seconds), {}};
+    Moment moment{index, rate, sample.nano, 1, targets_, RangeScene::motion(0, seconds), {}};
     sink(lane_packet(moment).xcom_bytes());
     for (; moment.target <= targets_; ++moment.target) {
       moment.other = RangeScene::motion(moment.target, seconds);
       sink(target_packet(moment).xcom_bytes());
     }
     // The slow ones, each once a second, at steps of their own.
-    constexpr std::uint64_t kFirst = 40;
-    const std::uint64_t turn = index % kRangeRate;
-    if (turn == kFirst) sink(sensor_packet().xcom_bytes());
-    if (turn > kFirst && turn - kFirst <= targets_ + 1) {
-      sink(polygon_packet(static_cast<unsigned int>(turn - kFirst - 1)).xcom_bytes());
+    const std::uint64_t first = rate * 2 / 5;
+    const std::uint64_t turn = index % rate;
+    if (turn == first) sink(sensor_packet().xcom_bytes());
+    if (turn > first && turn - first <= targets_ + 1) {
+      sink(polygon_packet(static_cast<unsigned int>(turn - first - 1)).xcom_bytes());
     }
   }
 

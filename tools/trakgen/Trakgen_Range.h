@@ -1,4 +1,5 @@
-// RCom streams: what a range unit measures from the hunter to its targets, at 100 steps a second.
+// RCom streams: what a range unit measures from the hunter to its targets, usually at 100 steps a
+// second.
 //
 // Each step has a packet of lane data and one of range data for each target; outlines and sensors
 // follow once a second. The slow channels go round in a cycle, of which neither the minutes nor the
@@ -15,8 +16,12 @@
 
 namespace Trel::Trakgen {
 
-// The steps per second: range units count time in steps of ten milliseconds.
+// Steps per second. Range units count time in steps of ten milliseconds, and the packets that come
+// once a second take up to six steps of it.
 inline constexpr std::uint64_t kRangeRate = 100;
+[[nodiscard]] constexpr bool is_range_rate(std::uint64_t rate) {
+  return rate >= 10 && kRangeRate % rate == 0;
+}
 
 // A recording of 1 to RangeScene::kTargets targets. The NCom stream of the hunter has the serial
 // number `first_ncom`, and those of the targets the next ones. The packets are as a recording has
