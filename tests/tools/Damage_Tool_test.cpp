@@ -391,6 +391,22 @@ TEST(DamageDecode, a_walk_goes_through_the_beginning_and_the_end_of_every_stream
   EXPECT_EQ(instants.back(), kSecond * kSecond + kSecond);
 }
 
+TEST(DamageDecode, the_clock_of_every_stream_of_the_recording_goes_on) {
+  const std::filesystem::path path = testing::TempDir() + "damage-clocks.xcom";
+  Support::write_file(path, subjects()[0].bytes);
+  const Instants instants = instants_of(path);
+  const Decoded decoded = decode(path, instants);
+  std::filesystem::remove(path);
+  EXPECT_THAT(decoded, SizeIs(6)) << "five kinds, two streams of NCom";
+  for (const auto& [serial, stream] : decoded) {
+    EXPECT_GT(stream.names.size(), 20U) << serial;
+    ASSERT_THAT(stream.moments, SizeIs(instants.size())) << serial;
+    std::set<long long> clocks;
+    for (const Moment& moment : stream.moments) clocks.insert(moment.clock);
+    EXPECT_GT(clocks.size(), 5U) << serial;
+  }
+}
+
 // A stream of 64-bit times and counts, ten packets a second, four packets a page or each packet on
 // three pages.
 Bytes clock(bool spanning) {
