@@ -101,22 +101,25 @@ const Line kMainLines[] = {
 #include "rng/Rng_ComKey.def"
 };
 
+// What a line names; `own` is the target whose line it is.
+Names below(const Line& line, const std::string& own) {
+  if (line.owner == "own") return {own + line.child};
+  if (line.owner == "main") return {line.child};
+  Names names;
+  for (unsigned int i = 0; i < (line.owner == "target" ? 4U : 8U); ++i) {
+    names.insert(numbered(line.owner, i) + line.child);
+  }
+  return names;
+}
+
 // The children of each node, by name, as the table lists them.
 std::map<std::string, Names> children() {
   std::map<std::string, Names> table;
   for (unsigned int i = 0; i < ComKey::kTargets; ++i) {
     const std::string own = numbered("target", i);
-    for (const Line& line : kTargetLines) {
-      table[own + line.node].insert((line.owner == "own" ? own : "") + line.child);
-    }
+    for (const Line& line : kTargetLines) table[own + line.node].merge(below(line, own));
   }
-  for (const Line& line : kMainLines) {
-    const unsigned int count = line.owner == "target" ? 4 : line.owner == "wrap" ? 8 : 0;
-    for (unsigned int i = 0; i < count; ++i) {
-      table[line.node].insert(numbered(line.owner, i) + line.child);
-    }
-    if (count == 0) table[line.node].insert(line.child);
-  }
+  for (const Line& line : kMainLines) table[line.node].merge(below(line, ""));
   return table;
 }
 
@@ -220,6 +223,12 @@ TEST(ComKey, a_chain_is_followed_to_its_end) {
                                      "target0.Local_Polygon", "target0.Config_Polygon",
                                      "target0.Local_PolygonOrigin", "Hunter_Local_Polygon",
                                      "Hunter_Config_Polygon", "Hunter_Local_PolygonOrigin"}));
+}
+
+TEST(ComKey, the_number_of_a_source_needs_all_sources) {
+  const auto sources = testing::IsSupersetOf({"wrap0.General", "wrap7.General"});
+  EXPECT_THAT(brought_by([](ComKey& key) { key.KMain().Let_Hunter_General_Source(); }), sources);
+  EXPECT_THAT(brought_by([](ComKey& key) { key.KTarget(3).Let_General_Source(); }), sources);
 }
 
 TEST(ComKey, a_child_does_not_bring_what_it_belongs_to) {

@@ -28,6 +28,7 @@ void ComKey::KeyMain::Reset(bool value) {
 
 ComKey::ComKey() {
   const std::span<KeyMain, 1> main(&main_, 1);
+  const std::span<KeyWrap> wrap(wraps_);
   for (KeyTarget& each : targets_) {
     const std::span<KeyTarget, 1> own(&each, 1);
 #define TARGET_CHILD(node, owner, child) \
@@ -35,7 +36,6 @@ ComKey::ComKey() {
 #include "rng/Rng_ComKey.def"
   }
   const std::span<KeyTarget> target(targets_);
-  const std::span<KeyWrap> wrap(wraps_);
 #define MAIN_CHILD(node, owner, child) \
   for (auto& holder : owner) graph_.connect(main_.node##_, holder.child##_);
 #include "rng/Rng_ComKey.def"
