@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
 
+#include "Elements.h"
 #include "sto/Sto_Element.h"
 
 namespace Trel::Sto::Test {
@@ -18,14 +18,6 @@ namespace {
 using Nav::Family;
 
 using testing::ContainerEq;
-
-// The names that a family has, one a line in a file of its own.
-std::multiset<std::string> names_in(const std::string& file) {
-  std::ifstream lines(TREL_STO_ELEMENTS "/" + file);
-  std::multiset<std::string> names;
-  for (std::string line; std::getline(lines, line);) names.insert(line);
-  return names;
-}
 
 template <class A>
 std::multiset<std::string> names_of(const A& table) {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <set>
@@ -12,6 +11,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "Elements.h"
 #include "sto/Sto_Aspect.h"
 #include "sto/Sto_Element.h"
 
@@ -19,14 +19,6 @@ namespace Trel::Sto::Test {
 namespace {
 
 using testing::ContainerEq;
-
-// The names that the family has, one a line in a file of its own.
-std::multiset<std::string> names_in(const std::string& file) {
-  std::ifstream lines(TREL_STO_ELEMENTS "/" + file);
-  std::multiset<std::string> names;
-  for (std::string line; std::getline(lines, line);) names.insert(line);
-  return names;
-}
 
 TEST(AccessRCom, has_exactly_its_818_names) {
   std::multiset<std::string> names;

@@ -11,13 +11,13 @@
 #include <type_traits>
 #include <vector>
 
+#include "Elements.h"
 #include "support/Support_NavPacket.h"
 
 namespace Trel::Sto::Test {
 
 inline constexpr long long kMinute = 23'011'200;  // of 2023, from GPS time zero
 inline constexpr long long kMinuteStart = kMinute * 60'000'000'000;
-inline constexpr double kDegrees = 57.29577951308232;  // in a radian
 
 // The earth on the equator, at sea level.
 inline constexpr double kGravity = 9.780318;       // m/s2

@@ -4,14 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "Elements.h"
 #include "ElementsNav_drives.h"
 #include "nav/Nav_MComRx.h"
 #include "nav/Nav_NComRx.h"
@@ -32,27 +31,14 @@ struct NComFamily {
   using Codec = Nav::NComCodec;
   using Access = AccessNCom;
   static constexpr Families kFamily = NCom;
-  static constexpr const char* kNames = TREL_STO_ELEMENTS "/ncom.txt";
+  static constexpr const char* kNames = "ncom.txt";
 };
 struct MComFamily {
   using Packet = MComPacket;
   using Codec = Nav::MComCodec;
   using Access = AccessMCom;
   static constexpr Families kFamily = MCom;
-  static constexpr const char* kNames = TREL_STO_ELEMENTS "/mcom.txt";
-};
-
-// A whole number, which must be met, or a real one, which must be met within a tolerance.
-struct Number {
-  template <class T>
-  constexpr Number(T number)
-      : whole(std::is_integral_v<T>),
-        integer(whole ? static_cast<long long>(number) : 0),
-        real(static_cast<double>(number)) {}
-
-  bool whole;
-  long long integer;
-  double real;
+  static constexpr const char* kNames = "mcom.txt";
 };
 
 enum class Source {
@@ -187,18 +173,8 @@ std::vector<Bytes> packets_of(const Row& row) {
 
 // Numbers of one field are met to rounding; what is computed, to the steps of attitude and time.
 double tolerance_of(const Row& row) {
-  const bool computed = row.source == Source::Drive || row.source == Source::Point;
-  return (computed ? 1e-5 : 1e-12) * std::max(1.0, std::abs(row.expected.real));
+  return row.source == Source::Drive || row.source == Source::Point ? 1e-5 : 1e-12;
 }
-
-// What an element holds.
-struct Seen {
-  bool found = false;
-  bool good = false;
-  bool whole = false;
-  long long integer = 0;
-  double real = 0.0;
-};
 
 template <class F>
 class Reader {
@@ -224,9 +200,7 @@ class Reader {
     Seen seen;
     visit(name, [&](const auto& row) {
       const auto& variable = row.fetch(codec_.CData());
-      using T = typename std::decay_t<decltype(variable)>::value_type;
-      seen = {true, variable.good(), std::is_integral_v<T>, 0, static_cast<double>(variable.get())};
-      if constexpr (std::is_integral_v<T>) seen.integer = static_cast<long long>(variable.get());
+      seen = Seen::of(variable.good(), variable.get());
     });
     return seen;
   }
@@ -251,12 +225,9 @@ using Tested = testing::Types<NComFamily, MComFamily>;
 TYPED_TEST_SUITE(ElementsNav, Tested);
 
 TYPED_TEST(ElementsNav, each_name_of_the_family_has_a_row_and_no_other) {
-  std::multiset<std::string> listed;
-  std::ifstream lines(TypeParam::kNames);
-  for (std::string line; std::getline(lines, line);) listed.insert(line);
   std::multiset<std::string> tested;
   for (const Row& row : rows<TypeParam>()) tested.insert(row.name);
-  EXPECT_THAT(tested, ContainerEq(listed));
+  EXPECT_THAT(tested, ContainerEq(names_in(TypeParam::kNames)));
 }
 
 TYPED_TEST(ElementsNav, each_name_takes_the_value_that_its_packets_bring) {
@@ -269,15 +240,7 @@ TYPED_TEST(ElementsNav, each_name_takes_the_value_that_its_packets_bring) {
     if (row.also != nullptr) reader->want(row.also);
     for (const Bytes& packet : packets_of<TypeParam>(row)) reader->take(packet);
 
-    const Seen seen = reader->see(row.name);
-
-    EXPECT_TRUE(seen.found && seen.good);
-    if (seen.whole) {
-      EXPECT_TRUE(row.expected.whole);
-      EXPECT_EQ(seen.integer, row.expected.integer);
-    } else {
-      EXPECT_NEAR(seen.real, row.expected.real, tolerance_of(row));
-    }
+    expect_number(reader->see(row.name), row.expected, tolerance_of(row));
   }
 }
 
