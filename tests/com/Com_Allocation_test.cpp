@@ -1,36 +1,11 @@
-// Counts allocations of the whole program: payload makes none outside libogg, which has its own.
+// Payload allocates nothing outside libogg, which is not counted.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 #include "Com_Feed.h"
-
-namespace {
-std::atomic<unsigned long> allocations{0};
-}
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
-  throw std::bad_alloc();
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
+#include "support/Support_Allocations.h"
 
 namespace Trel::Com::Test {
 namespace {
-
-TEST(StreamAllocation, the_counter_counts) {
-  const auto before = allocations.load();
-  const auto number = std::make_unique<int>(1);
-  EXPECT_EQ(allocations.load(), before + 1);
-}
 
 TEST(StreamAllocation, neither_a_page_of_payload_nor_its_packets_allocate) {
   Fed decoder;
@@ -48,13 +23,13 @@ TEST(StreamAllocation, neither_a_page_of_payload_nor_its_packets_allocate) {
   ogg_page next;
   ogg_packet packet;
 
-  const auto before = allocations.load();
+  const auto before = Support::allocations();
   while (reader.next(next) != 0) {
     decoder.decode_page(next);
     while (decoder.packet_out(packet) != 0) {
     }
   }
-  const auto after = allocations.load();
+  const auto after = Support::allocations();
 
   EXPECT_EQ(after, before);
   EXPECT_EQ(decoder.get_packets().payload, 3U * 90U);

@@ -5,27 +5,11 @@
 
 #include <cctype>
 #include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <set>
 #include <string>
 #include <vector>
 
-namespace {
-std::size_t allocations = 0;
-}
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* memory = std::malloc(size ? size : 1)) return memory;
-  std::abort();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
+#include "support/Support_Allocations.h"
 
 namespace Trel::Enum::Test {
 namespace {
@@ -230,7 +214,7 @@ TEST(EnumFamily, parse_fails_on_any_text_but_the_whole_string_in_its_own_case) {
 TEST(EnumFamily, no_function_allocates) {
   for (const Enumerated& x : enumerations()) {
     unsigned int target = 0;
-    const std::size_t before = allocations;
+    const auto before = Support::allocations();
     for (const Line& line : x.lines) {
       x.GetName(line.number);
       x.GetTag(line.number);
@@ -241,7 +225,7 @@ TEST(EnumFamily, no_function_allocates) {
       x.GetValue(line.number);
     }
     for (const Conversions& conversions : x.conversions) conversions.from(x.bound() + 1);
-    EXPECT_EQ(allocations, before) << x.name;
+    EXPECT_EQ(Support::allocations(), before) << x.name;
   }
 }
 

@@ -1,47 +1,14 @@
-// Counts what is allocated while packets are decoded. The program has an allocator of its own.
+// Decoding packets allocates nothing.
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <vector>
 
 #include "Rng_Feed.h"
-
-namespace {
-std::size_t allocations = 0;
-}  // namespace
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) {
-  return operator new(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
+#include "support/Support_Allocations.h"
 
 namespace Trel::Rng {
 namespace {
-
-TEST(RngAllocation, the_counter_sees_what_is_allocated) {
-  const std::size_t before = allocations;
-  // Called by its name, it is not optimised away.
-  operator delete(operator new(100));
-  EXPECT_EQ(allocations, before + 1);
-}
 
 // One packet of each type and slow channel, and outlines and sensors.
 std::vector<Bytes> packets() {
@@ -68,7 +35,7 @@ TEST(RngAllocation, no_packet_allocates_in_either_pass) {
   RComCodec codec(true);
   const std::vector<Bytes> recording = packets();
 
-  const std::size_t before = allocations;
+  const auto before = Support::allocations();
   int prescanned = 0;
   for (const Bytes& packet : recording) {
     ++prescanned;
@@ -82,7 +49,7 @@ TEST(RngAllocation, no_packet_allocates_in_either_pass) {
   for (const Bytes& packet : recording) {
     codec.DecodeLite(packet.data(), static_cast<unsigned int>(packet.size()));
   }
-  const std::size_t after = allocations;
+  const auto after = Support::allocations();
 
   EXPECT_EQ(after, before);
   EXPECT_EQ(prescanned, 7 * 4 + 1);  // the first packet of channel 7 ends the prescan

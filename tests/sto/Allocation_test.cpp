@@ -2,29 +2,9 @@
 // allocates for itself and is not counted.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
-
 #include "sto/Sto_Store.h"
 #include "sto/Stream_recordings.h"
-
-namespace {
-
-unsigned long long allocations = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
+#include "support/Support_Allocations.h"
 
 namespace Trel::Sto::Test {
 namespace {
@@ -50,18 +30,12 @@ unsigned long long allocations_over(unsigned int packets) {
   store.direct_decode_begin(0);
   store.direct_decode_step(aspect, 100 * kMillisecond, values);
 
-  const unsigned long long before = allocations;
+  const auto before = Support::allocations();
   store.direct_decode_step(aspect, (packets + 100) * kMillisecond, values);
-  const unsigned long long after = allocations;
+  const auto after = Support::allocations();
 
   EXPECT_EQ(static_cast<unsigned int>(values[1]), packets + 100);
   return after - before;
-}
-
-TEST(Allocation, the_counter_counts) {
-  const unsigned long long before = allocations;
-  ::operator delete(::operator new(1));
-  EXPECT_EQ(allocations, before + 1);
 }
 
 TEST(Allocation, a_step_over_ten_thousand_packets_allocates_nothing) {
