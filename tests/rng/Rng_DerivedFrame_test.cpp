@@ -2,6 +2,7 @@
 
 #include <array>
 #include <random>
+#include <vector>
 
 #include "Rng_DerivedScene.h"
 
@@ -141,6 +142,38 @@ TEST(DerivedFrame, a_rotation_needs_the_whole_attitude) {
     expect_flags(scene, kRange2Hunter, kGood);
     expect_flags(scene, kRange2Target, kInvalid);
     expect_flags(scene, kHunter2Target, kInvalid);
+  }
+}
+
+// A hunter with a sensor, and a target, both outlined and placed.
+Scene& full(Scene& scene) {
+  RangePacket sensor(6);
+  sensor.resize(10).u8(7, 1).append(Bytes(7 * 2 + 8, 1));
+  scene.take(outline(0, {{4, -1}, {4, 1}})).take(outline(1, {{6, -1}, {6, 1}})).take(sensor);
+  return reference(scene, 0).take(placed({}, {}).u8(65, 1).u8(67, 1));
+}
+
+TEST(DerivedFrame, each_group_that_needs_a_vehicles_axes_has_them_by_itself) {
+  const std::vector<std::string> values = {
+      "Hunter_Range2HunterHeading",          "Target1_Range2TargetHeading",
+      "Target1_Hunter2TargetRelHeading",     "Target1_NearestHunPolyPtToTarPtPosX",
+      "Target1_NearestTarPolyPtToHunPtPosX", "Target1_RelDistanceHunterCentreToTargetCentre"};
+  const std::vector<std::string> runs = {"Hunter_PolygonPointsPosX", "Target1_PolygonPointsPosX",
+                                         "Hunter_SensorPointsPosX",
+                                         "Hunter_SensorRegionFarCentrePosX"};
+  for (const auto& [names, is_run] : {std::pair{values, false}, std::pair{runs, true}}) {
+    for (const std::string& name : names) {
+      Scene scene;
+      for (const std::string& other : values) scene.bar(other);
+      for (const std::string& other : runs) scene.bar(other);
+      for (const char* iso : {"Hunter_IsoPolygonPointsPcX", "Target1_IsoPolygonPointsPcX",
+                              "Hunter_IsoSensorPointsPcX", "Hunter_IsoSensorRegionFarCentrePcX"}) {
+        scene.bar(iso);
+      }
+      full(scene.let(name));
+      const auto flags = is_run ? scene.entry(name, 0).flags : scene.flags(name);
+      EXPECT_EQ(flags, kGood) << name;
+    }
   }
 }
 

@@ -124,6 +124,9 @@ TEST(DerivedIso, yaw_is_anticlockwise_from_east) {
   EXPECT_NEAR(yaw(269), -179.0, kNear);
   EXPECT_NEAR(yaw(271), 179.0, kNear);
   EXPECT_NEAR(yaw(327.67), 122.33, kNear);
+  // from -180 to below 180
+  reference(scene, 270).take(placed({}, {}));
+  EXPECT_EQ(scene.value("Hunter_IsoRefYaw").number, -180.0);
 }
 
 TEST(DerivedIso, a_heading_out_of_range_gives_a_yaw_within_a_turn) {
@@ -134,6 +137,7 @@ TEST(DerivedIso, a_heading_out_of_range_gives_a_yaw_within_a_turn) {
   // beyond the field, and so below it on the other side
   scene.take(RangePacket(2).target(1, 1).u16(36, 65534));
   EXPECT_EQ(scene.flags("Hunter_IsoYaw"), kUnder);
+  EXPECT_NEAR(scene.value("Hunter_IsoYaw").number, 154.66, 1e-8);
   scene.take(RangePacket(2).target(1, 1).u16(36, 65535));
   EXPECT_EQ(scene.flags("Hunter_IsoYaw"), kInvalid);
 }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "Rng_DerivedScene.h"
 
 namespace Trel::Rng::Test {
@@ -121,6 +123,26 @@ TEST(DerivedOutline, places_need_attitude_origin_and_reference) {
   expect_no_corner(scene, "Hunter_", 0);
 }
 
+TEST(DerivedOutline, places_that_are_wanted_again_end_where_the_corners_end) {
+  Scene scene;
+  scene.take(outline(0, {{1, 0}, {2, 0}})).take(outline(1, {{1, 0}, {2, 0}}));
+  for (const std::string vehicle : {"Hunter_", "Target1_"}) {
+    for (const std::string run : {"PolygonPointsPos", "IsoPolygonPointsPc"}) {
+      reference(scene, 0).bar(vehicle + run + "X").take(placed({}, {}));
+      for (const char* axis : {"X", "Y"}) {
+        EXPECT_EQ(scene.entry(vehicle + run + axis, 1).flags, kRejected) << vehicle << run;
+        EXPECT_EQ(scene.entry(vehicle + run + axis, 2).flags, kRejected) << vehicle << run;
+      }
+      scene.let(vehicle + run + "X").take(placed({}, {}));
+      for (const char* axis : {"X", "Y"}) {
+        EXPECT_EQ(scene.entry(vehicle + run + axis, 1).flags, kGood) << vehicle << run;
+        EXPECT_EQ(scene.entry(vehicle + run + axis, 2).flags, kInvalid) << vehicle << run;
+        EXPECT_EQ(scene.entry(vehicle + run + axis, 255).flags, kInvalid) << vehicle << run;
+      }
+    }
+  }
+}
+
 TEST(DerivedOutline, places_have_keys) {
   Scene scene;
   scene.take(outline(0, {{1, 0}})).take(outline(1, {{1, 0}}));
@@ -186,8 +208,76 @@ TEST(DerivedOutline, a_nearest_point_on_a_corner_that_is_not_known_is_invalid) {
   scene.take(packet.i16(14, INT16_MIN));
   reference(scene, 0).take(placed({}, {}).u8(64, 0).u8(65, 1));
   EXPECT_EQ(scene.flags("Target1_NearestHunPolyPtToTarPtPosX"), kInvalid);
+  scene.take(placed({}, {}).u8(64, 1).u8(65, 2));
+  EXPECT_EQ(scene.flags("Target1_NearestHunPolyPtToTarPtPosX"), kInvalid);
   scene.take(placed({}, {}).u8(64, 0).u8(65, 2));
   EXPECT_EQ(scene.flags("Target1_NearestHunPolyPtToTarPtPosX"), kGood);
+}
+
+TEST(DerivedOutline, a_nearest_point_on_a_corner_that_is_not_in_use_is_invalid) {
+  Scene scene;
+  // The third corner is known, but the outline has two.
+  scene.take(outline(0, {{4, -1}, {4, 1}, {0, 1}}).u8(7, 2));
+  reference(scene, 0).take(placed({}, {}).u8(64, 1).u8(65, 2));
+  EXPECT_EQ(scene.flags("Target1_NearestHunPolyPtToTarPtPosX"), kInvalid);
+  scene.take(placed({}, {}).u8(64, 2).u8(65, 1));
+  EXPECT_EQ(scene.flags("Target1_NearestHunPolyPtToTarPtPosX"), kInvalid);
+}
+
+TEST(DerivedOutline, a_nearest_point_needs_its_vehicle_placed_and_no_other) {
+  // Each vehicle without its origin: the other's points stay.
+  for (const auto& [at, hunters, targets] :
+       {std::tuple{74, kInvalid, kGood}, std::tuple{82, kGood, kInvalid}}) {
+    Scene scene;
+    two_vehicles(scene).take(placed({}, {}).i32(static_cast<std::size_t>(at), INT32_MIN));
+    EXPECT_EQ(scene.flags("Target1_NearestHunPolyPtToTarPtPosX"), hunters) << at;
+    EXPECT_EQ(scene.flags("Target1_NearestHunPolyPtToTarPolyPosY"), hunters) << at;
+    EXPECT_EQ(scene.flags("Target1_NearestTarPolyPtToHunPtPosX"), targets) << at;
+    EXPECT_EQ(scene.flags("Target1_NearestTarPolyPtToHunPolyPosY"), targets) << at;
+    EXPECT_EQ(scene.flags("Target1_RelDistanceHunterCentreToTargetCentre"), kInvalid) << at;
+  }
+}
+
+TEST(DerivedOutline, nearest_points_and_centres_have_keys) {
+  for (const char* off :
+       {"Target1_NearestTarPolyPtToHunPolyPosX", "Target1_RelDistanceHunterCentreToTargetCentre"}) {
+    Scene scene;
+    two_vehicles(scene).bar(off).take(placed({}, {}));
+    for (const std::string name :
+         {"Target1_NearestHunPolyPtToTarPtPosX", "Target1_NearestHunPolyPtToTarPtPosY",
+          "Target1_NearestTarPolyPtToHunPolyPosX", "Target1_NearestTarPolyPtToHunPolyPosY"}) {
+      const bool is_off = std::string(off).find("Nearest") != std::string::npos;
+      EXPECT_EQ(scene.flags(name), is_off ? kRejected : kGood) << name;
+    }
+    const bool is_off = std::string(off).find("Centre") != std::string::npos;
+    EXPECT_EQ(scene.flags("Target1_RelDistanceHunterCentreToTargetCentre"),
+              is_off ? kRejected : kGood);
+  }
+}
+
+TEST(DerivedOutline, a_vehicle_that_leans_and_turns_takes_its_points_along) {
+  Scene scene;
+  // Rolled by 60, pitched up by 30, and then turned by 90 from axis X: what was ahead is along Y,
+  // and what was to the right is against X. Of the right axis, what points down goes ahead.
+  const Pose hunter{.heading = 130, .pitch = 30, .roll = 60, .x = 10, .y = 20};
+  const double ahead_of_right = sine(60) * sine(30);
+  const double right_of_right = cosine(60);
+  const auto place = [&](double ahead, double right) {
+    return std::pair{10 - right * right_of_right, 20 + ahead * cosine(30) + right * ahead_of_right};
+  };
+  // Half way from (4, 1) to (0, 1), and the corner (4, -1).
+  two_vehicles(scene);
+  reference(scene, 40).take(placed(hunter, {}).u8(64, 1).u8(65, 2).u8(71, 125).u8(68, 0).u8(69, 1));
+  EXPECT_NEAR(scene.number("Target1_NearestHunPolyPtToTarPtPosX"), place(2, 1).first, kNear);
+  EXPECT_NEAR(scene.number("Target1_NearestHunPolyPtToTarPtPosY"), place(2, 1).second, kNear);
+  EXPECT_NEAR(scene.number("Target1_NearestHunPolyPtToTarPolyPosX"), place(4, -1).first, kNear);
+  EXPECT_NEAR(scene.number("Target1_NearestHunPolyPtToTarPolyPosY"), place(4, -1).second, kNear);
+  // The target looks along -Y from its origin, 40 degrees to the left of X: its centre is 3 m
+  // ahead.
+  const double x = 3 * cosine(40) - place(2, 0).first;
+  const double y = -3 * sine(40) - place(2, 0).second;
+  EXPECT_NEAR(scene.number("Target1_RelDistanceHunterCentreToTargetCentre"), std::hypot(x, y),
+              kNear);
 }
 
 TEST(DerivedOutline, a_nearest_point_does_not_need_the_places_of_the_corners) {

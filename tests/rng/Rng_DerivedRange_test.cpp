@@ -110,6 +110,8 @@ TEST(DerivedRange, the_acceleration_is_the_change_of_that_rate) {
   EXPECT_DOUBLE_EQ(scene.number("Target1_RangeAccRes"), 5.0);
   scene.take(range({.lon = 4000, .lat = 3000, .acc_lon = 50, .acc_lat = kNoneShort}));
   EXPECT_EQ(scene.flags("Target1_RangeAccRes"), kInvalid);
+  scene.take(range({.lon = 4000, .lat = 3000, .acc_lon = kNoneShort, .acc_lat = 50}));
+  EXPECT_EQ(scene.flags("Target1_RangeAccRes"), kInvalid);
   scene.take(range({.lon = 4000, .lat = 3000, .rate_lat = kNoneShort, .acc_lon = 50}));
   EXPECT_EQ(scene.flags("Target1_RangeAccRes"), kInvalid);
 }
@@ -205,6 +207,13 @@ TEST(DerivedRange, with_acceleration_there_may_be_no_impact) {
   expect_no_impact({12000, 800, 200});  // (t + 2) (t + 6): both times are past
   expect_no_impact({2000, 0, 200});
   expect_no_impact({0, 0, 200});  // now, but not at any later time
+  // As 2000 and -400, which meet, but for the flags.
+  expect_impact({2000, -400, 200}, 2 - std::sqrt(2.0));
+  expect_no_impact({kNone, -400, 200});
+  expect_no_impact({-INT32_MAX, -400, 200});
+  expect_no_impact({INT32_MAX, -400, -200});
+  expect_no_impact({2000, kNoneShort, -200});
+  expect_no_impact({2000, -32767, 200});
 }
 
 TEST(DerivedRange, below_the_least_acceleration_the_rate_alone_counts) {

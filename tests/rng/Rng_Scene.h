@@ -72,8 +72,9 @@ class Scene {
   [[nodiscard]] DataMain& main() { return data_->DMain(); }
   [[nodiscard]] DataTarget& target(unsigned int number) { return data_->DTarget(number - 1); }
   [[nodiscard]] ComKey& key() { return key_; }
-  // Turns off the node behind which a value stands.
-  Scene& bar(std::string_view name);
+  // Turns the node behind which a value stands off, or on again.
+  Scene& bar(std::string_view name) { return turn(name, false); }
+  Scene& let(std::string_view name) { return turn(name, true); }
 
   // The value with this name of the element tables, such as Target1_RangeLon, or entry of a run.
   [[nodiscard]] Value value(std::string_view name) const;
@@ -91,6 +92,8 @@ class Scene {
     EXPECT_EQ(value.nano, data_->DMain().Get_Nano()) << name;
     return value.number;
   }
+
+  Scene& turn(std::string_view name, bool on);
 
   std::unique_ptr<ComData> data_ = std::make_unique<ComData>();
   ComKey key_;
@@ -148,25 +151,27 @@ inline Value Scene::entry(std::string_view name, std::size_t index) const {
   return {};
 }
 
-inline Scene& Scene::bar(std::string_view name) {
+inline Scene& Scene::turn(std::string_view name, bool on) {
+#define TURN(value, node)                       \
+  if (name == prefix + #value) {                \
+    on ? part.Let_##node() : part.Bar_##node(); \
+    return *this;                               \
+  }
   {
     ComKey::KeyMain& part = key_.KMain();
     const std::string prefix;
-#define VALUE(value, type, node, ...) \
-  if (name == prefix + #value) return part.Bar_##node(), *this;
-#define ARRAY(value, type, count, node, ...) \
-  if (name == prefix + #value) return part.Bar_##node(), *this;
+#define VALUE(value, type, node, ...) TURN(value, node)
+#define ARRAY(value, type, count, node, ...) TURN(value, node)
 #include "rng/Rng_ComDataMain.def"
   }
   for (unsigned int k = 0; k < ComData::kTargets; ++k) {
     ComKey::KeyTarget& part = key_.KTarget(k);
     const std::string prefix = "Target" + std::to_string(k + 1) + "_";
-#define VALUE(value, type, node, ...) \
-  if (name == prefix + #value) return part.Bar_##node(), *this;
-#define ARRAY(value, type, count, node, ...) \
-  if (name == prefix + #value) return part.Bar_##node(), *this;
+#define VALUE(value, type, node, ...) TURN(value, node)
+#define ARRAY(value, type, count, node, ...) TURN(value, node)
 #include "rng/Rng_ComDataTarget.def"
   }
+#undef TURN
   ADD_FAILURE() << "no value is called " << name;
   return *this;
 }
