@@ -89,6 +89,22 @@ TEST(DerivedSensor, a_sensor_that_looks_down_sees_less_far) {
   expect_place(scene, "SensorRegionFarCentrePos", 0, 20, 0);
 }
 
+TEST(DerivedSensor, a_region_leans_and_turns_with_the_hunter) {
+  Scene scene;
+  // 1 m above the outline, looking to the right and down by 30.
+  scene.take(sensors({{.lon = 2, .down = -1, .heading = 90, .pitch = -30, .least = 2, .most = 6}}));
+  // Right side down by 60 and turned by 90 from axis X. Across, level: what is to the right by
+  // cos(60), and what is above by sin(60). What is ahead is along Y, what is to the right against
+  // X.
+  reference(scene, 50).take(placed({.heading = 140, .roll = 60, .x = 10, .y = 20}, {}));
+  const auto across = [](double right, double up) { return right * cosine(60) + up * sine(60); };
+  expect_place(scene, "SensorPointsPos", 0, 10 - across(0, 1), 22);
+  expect_place(scene, "SensorRegionNearCentrePos", 0, 10 - across(2 * cosine(30), 1 - 2 * sine(30)),
+               22);
+  expect_place(scene, "SensorRegionFarCentrePos", 0, 10 - across(6 * cosine(30), 1 - 6 * sine(30)),
+               22);
+}
+
 TEST(DerivedSensor, the_short_form_is_level_with_the_outline) {
   Scene scene;
   RangePacket packet(6);
@@ -156,6 +172,22 @@ TEST(DerivedSensor, fewer_sensors_in_use_take_the_later_places_back) {
         "IsoSensorPointsPc", "IsoSensorRegionNearCentrePc", "IsoSensorRegionFarCentrePc"}) {
     for (const std::size_t index : {1, 2, 63}) expect_no_place(scene, name, index);
     EXPECT_EQ(scene.entry(std::string("Hunter_") + name + "X", 0).flags, kGood) << name;
+  }
+}
+
+TEST(DerivedSensor, places_that_are_wanted_again_end_where_the_sensors_end) {
+  Scene scene;
+  scene.take(sensors({{.lon = 1}, {.lon = 2}}));
+  for (const std::string name :
+       {"SensorPointsPos", "SensorRegionNearCentrePos", "SensorRegionFarCentrePos",
+        "IsoSensorPointsPc", "IsoSensorRegionNearCentrePc", "IsoSensorRegionFarCentrePc"}) {
+    reference(scene, 0).bar("Hunter_" + name + "X").take(placed({}, {}));
+    EXPECT_EQ(scene.entry("Hunter_" + name + "X", 2).flags, kRejected) << name;
+    EXPECT_EQ(scene.entry("Hunter_" + name + "Y", 2).flags, kRejected) << name;
+    scene.let("Hunter_" + name + "X").take(placed({}, {}));
+    EXPECT_EQ(scene.entry("Hunter_" + name + "X", 1).flags, kGood) << name;
+    expect_no_place(scene, name, 2);
+    expect_no_place(scene, name, 63);
   }
 }
 
