@@ -44,6 +44,9 @@ TEST(DerivedFrame, a_vehicle_keeps_its_pitch_and_roll_in_the_range_frame) {
   reference(scene, 350).take(placed({.heading = 10}, {.heading = 169}));
   expect_rotation(scene, kRange2Hunter, 20, 0, 0);
   expect_rotation(scene, kRange2Target, 179, 0, 0);
+  // above -180 to 180
+  reference(scene, 180).take(placed({}, {}));
+  EXPECT_EQ(scene.number("Hunter_Range2HunterHeading"), 180.0);
 }
 
 TEST(DerivedFrame, turns_about_the_same_axis_subtract) {

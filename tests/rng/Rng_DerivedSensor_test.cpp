@@ -117,10 +117,10 @@ TEST(DerivedSensor, the_short_form_is_level_with_the_outline) {
   expect_place(scene, "SensorRegionFarCentrePos", 0, 2 + 5 * cosine(30), 1 + 5 * sine(30));
 }
 
-// One sensor, of whose packet the number at `at` is invalid.
-Scene& without(Scene& scene, std::size_t at) {
+// One sensor, of whose packet the number at `at` is invalid, or another that is told.
+Scene& without(Scene& scene, std::size_t at, std::int16_t number = INT16_MIN) {
   RangePacket packet = sensors({{.lon = 1, .least = 2, .most = 3}});
-  scene.take(packet.i16(at, INT16_MIN));
+  scene.take(packet.i16(at, number));
   return reference(scene, 0).take(placed({}, {}));
 }
 
@@ -140,6 +140,29 @@ TEST(DerivedSensor, without_its_heading_a_sensor_has_no_region) {
   expect_place(scene, "SensorPointsPos", 0, 1, 0);
   expect_no_place(scene, "SensorRegionNearCentrePos", 0);
   expect_no_place(scene, "SensorRegionFarCentrePos", 0);
+}
+
+TEST(DerivedSensor, a_height_that_is_not_told_is_0_but_one_beyond_its_field_is_no_place) {
+  Scene untold;
+  without(untold, 14);
+  expect_place(untold, "SensorPointsPos", 0, 1, 0);
+  expect_place(untold, "SensorRegionFarCentrePos", 0, 4, 0);
+  Scene beyond;
+  without(beyond, 14, INT16_MAX);
+  expect_no_place(beyond, "SensorPointsPos", 0);
+  expect_no_place(beyond, "SensorRegionNearCentrePos", 0);
+  expect_no_place(beyond, "SensorRegionFarCentrePos", 0);
+}
+
+TEST(DerivedSensor, a_pitch_that_is_not_told_is_0_but_one_beyond_its_field_is_no_region) {
+  Scene untold;
+  without(untold, 18);
+  expect_place(untold, "SensorRegionFarCentrePos", 0, 4, 0);
+  Scene beyond;
+  without(beyond, 18, INT16_MAX);
+  expect_place(beyond, "SensorPointsPos", 0, 1, 0);
+  expect_no_place(beyond, "SensorRegionNearCentrePos", 0);
+  expect_no_place(beyond, "SensorRegionFarCentrePos", 0);
 }
 
 TEST(DerivedSensor, each_limit_needs_its_distance_alone) {

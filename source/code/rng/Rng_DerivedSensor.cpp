@@ -36,6 +36,10 @@ double or_zero(const Run& run, std::size_t index) {
   return run.good(index) ? run.get_data(index) : 0.0;
 }
 
+bool good_or_untold(const Run& run, std::size_t index) {
+  return !run.poor(index);
+}
+
 Lib::Triple position(const DataMain& main, std::size_t index) {
   return {main.Get_Hunter_SensorPointsLon(index), main.Get_Hunter_SensorPointsLat(index),
           or_zero(main.Var_Hunter_SensorPointsVert(), index)};
@@ -50,7 +54,14 @@ Lib::Triple sight(const DataMain& main, std::size_t index) {
 }
 
 bool knows_position(const DataMain& main, std::size_t index) {
-  return main.Is_Hunter_SensorPointsLon_Valid(index) && main.Is_Hunter_SensorPointsLat_Valid(index);
+  return main.Is_Hunter_SensorPointsLon_Valid(index) &&
+         main.Is_Hunter_SensorPointsLat_Valid(index) &&
+         good_or_untold(main.Var_Hunter_SensorPointsVert(), index);
+}
+
+bool knows_sight(const DataMain& main, std::size_t index) {
+  return main.Is_Hunter_SensorPointsHeading_Valid(index) &&
+         good_or_untold(main.Var_Hunter_SensorPointsPitch(), index);
 }
 
 void set_positions(bool wanted, std::size_t used, const Scene& scene, const Places& places) {
@@ -83,8 +94,7 @@ void set_regions(bool wanted, std::size_t used, const Scene& scene, const Places
   }
   const DataMain& main = scene.main;
   for (std::size_t index = 0; index < used; ++index) {
-    if (!scene.hunter.is_placed() || !knows_position(main, index) ||
-        !main.Is_Hunter_SensorPointsHeading_Valid(index)) {
+    if (!scene.hunter.is_placed() || !knows_position(main, index) || !knows_sight(main, index)) {
       near.invalidate(index);
       far.invalidate(index);
       continue;
