@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "Stream_recordings.h"
+#include "RawFile_opened.h"
 #include "rng/Rng_Sync.h"
 #include "support/Support_NavPacket.h"
 #include "support/Support_RangePacket.h"
@@ -22,10 +22,6 @@ using Locations = std::vector<unsigned long long>;
 const Bytes kNCom = NComPacket().time_ms(100).bytes();
 const Bytes kMCom = MComPacket().time_ms(100).bytes();
 
-Bytes junk(std::size_t size) {
-  return Bytes(size, 0x11);
-}
-
 Bytes many(std::size_t count) {
   Bytes bytes;
   for (std::size_t n = 0; n < count; ++n) {
@@ -34,23 +30,8 @@ Bytes many(std::size_t count) {
   return bytes;
 }
 
-// A reader on a file of its own, open.
-struct Opened {
-  explicit Opened(const Bytes& bytes) : file(bytes, ".ncom") {
-    reader.set_file(file.path());
-    reader.enable();
-  }
-  Locations rest() {
-    Locations locations;
-    while (reader.read_next_packet()) locations.push_back(reader.absolute_packet_location());
-    return locations;
-  }
-  [[nodiscard]] Bytes packet() const {
-    return Bytes(reader.payload_data(), reader.payload_data() + reader.payload_size());
-  }
-
-  ScratchFile file;
-  LogicalNavAny reader;
+struct Opened : ReadFile<LogicalNavAny> {
+  explicit Opened(const Bytes& bytes) : ReadFile(bytes, ".ncom") {}
 };
 
 TEST(LogicalNavAny, a_fresh_reader_holds_nothing_and_reads_nothing) {
@@ -66,10 +47,10 @@ TEST(LogicalNavAny, reads_packets_of_both_kinds_with_their_serials_and_places) {
   Opened opened(join({kNCom, kMCom, kNCom}));
   ASSERT_TRUE(opened.reader.read_next_packet());
   EXPECT_TRUE(opened.reader.valid_packet());
-  EXPECT_EQ(opened.packet(), kNCom);
+  EXPECT_EQ(opened.payload(), kNCom);
   EXPECT_EQ(opened.reader.serial(), 0);
   ASSERT_TRUE(opened.reader.read_next_packet());
-  EXPECT_EQ(opened.packet(), kMCom);
+  EXPECT_EQ(opened.payload(), kMCom);
   EXPECT_EQ(opened.reader.serial(), 1);
   EXPECT_THAT(opened.rest(), ElementsAre(72 + 84));
 }

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "RangeStream_fake.h"
-#include "Stream_recordings.h"
+#include "RawFile_opened.h"
 
 namespace Trel::Sto::Test {
 namespace {
@@ -20,38 +20,21 @@ const Bytes kWrapper = wrapped(kAddress, 0, 100);  // 82 bytes
 const Bytes kByProvenance = wrapped(0, 3, 100);
 const Bytes kTooShort = Support::range_file_packet(3, {1, 2, 3});  // 8 bytes
 
-Bytes junk(std::size_t size) {
-  return Bytes(size, 0x11);
-}
-
-// A reader on a file of its own, open.
 template <class Reader>
-struct Opened {
+struct Opened : ReadFile<Reader> {
   template <class... Arguments>
   explicit Opened(const Bytes& bytes, Arguments... arguments)
-      : file(bytes, ".rcom"), reader(arguments...) {
-    reader.set_file(file.path());
-    reader.enable();
-  }
-  Locations rest() {
-    Locations locations;
-    while (reader.read_next_packet()) locations.push_back(reader.absolute_packet_location());
-    return locations;
-  }
+      : ReadFile<Reader>(bytes, ".rcom", arguments...) {}
   // The places of the packets that match.
   Locations matches() {
     Locations locations;
-    while (reader.read_next_packet()) {
-      if (reader.match_packet()) locations.push_back(reader.absolute_packet_location());
+    while (this->reader.read_next_packet()) {
+      if (this->reader.match_packet()) {
+        locations.push_back(this->reader.absolute_packet_location());
+      }
     }
     return locations;
   }
-  [[nodiscard]] Bytes payload() const {
-    return Bytes(reader.payload_data(), reader.payload_data() + reader.payload_size());
-  }
-
-  ScratchFile file;
-  Reader reader;
 };
 
 using Any = Opened<LogicalRngAny>;

@@ -5,8 +5,8 @@
 
 #include <limits>
 
+#include "RawFile_opened.h"
 #include "RawStream_fake.h"
-#include "Stream_recordings.h"
 
 namespace Trel::Sto::Test {
 namespace {
@@ -35,38 +35,15 @@ constexpr std::array<ResourceNav::StreamKind, 2> kKinds = {{
     {".lost", make<LostStream>},
 }};
 
-Bytes junk(std::size_t size) {
-  return Bytes(size, 0x11);
-}
-
-// A raw file, opened.
-class OpenedRaw {
- public:
+struct OpenedRaw : OpenedFile<ResourceNav, RawStream> {
   explicit OpenedRaw(const Bytes& bytes, const std::string& extension = ".ncom",
                      unsigned long long progress_bytes = 1048576)
-      : file_(bytes, extension),
-        options_(options(progress_bytes)),
-        messages_(options_.message_bits),
-        resource_(options_, file_.path(), &messages_, kKinds) {}
-
-  [[nodiscard]] ResourceNav& resource() { return resource_; }
-  [[nodiscard]] const ScratchFile& file() const { return file_; }
-  [[nodiscard]] std::size_t streams() const { return resource_.getStreams().size(); }
-  [[nodiscard]] RawStream& stream() const {
-    return dynamic_cast<RawStream&>(*resource_.getStreams().at(0));
-  }
-  [[nodiscard]] std::vector<Progress> progress() { return drain(messages_); }
-
- private:
-  ScratchFile file_;
-  Options options_;
-  Messages messages_;
-  ResourceNav resource_;
+      : OpenedFile(kKinds, bytes, extension, progress_bytes) {}
 };
 
 TEST(ResourceNav, makes_one_stream_of_serial_0_on_its_own_transport) {
   OpenedRaw opened(at(100));
-  ASSERT_EQ(opened.streams(), 1U);
+  ASSERT_EQ(opened.serials().size(), 1U);
   EXPECT_EQ(opened.resource().getTrans(), Enum::TRANSPORT_TYPE_NAV);
   EXPECT_EQ(opened.stream().getTrans(), Enum::TRANSPORT_TYPE_NAV);
   EXPECT_EQ(opened.stream().getSerialId(), 0U);
@@ -87,12 +64,12 @@ TEST(ResourceNav, the_stream_is_captured_and_then_configured) {
 }
 
 TEST(ResourceNav, an_extension_is_taken_in_any_case) {
-  EXPECT_EQ(OpenedRaw(at(100), ".NCom").streams(), 1U);
+  EXPECT_EQ(OpenedRaw(at(100), ".NCom").serials().size(), 1U);
 }
 
 TEST(ResourceNav, an_extension_that_is_not_known_makes_no_stream) {
   OpenedRaw opened(at(100), ".nav");
-  EXPECT_EQ(opened.streams(), 0U);
+  EXPECT_EQ(opened.serials().size(), 0U);
   EXPECT_EQ(opened.resource().get_start(), kHighest);
   EXPECT_EQ(opened.resource().get_end(), 0);
   EXPECT_THAT(opened.progress(), ElementsAre(Progress{Enum::DATA_STORE_MSG_INIT, 0},
@@ -202,28 +179,13 @@ TEST(ResourceNav, has_nothing_left_to_store) {
   EXPECT_THAT(opened.stream().get_meta().auxiliary, IsEmpty());
 }
 
-// Exports a span of `opened` to a file of its own.
-class Exported {
- public:
-  Exported(OpenedRaw& opened, nano_t from, nano_t to)
-      : file_(bytes_of("old"), ".out"),
-        done_(opened.resource().do_export(file_.path(), from, to)) {}
-
-  [[nodiscard]] bool done() const { return done_; }
-  [[nodiscard]] Bytes bytes() const { return Support::read_file(file_.path()); }
-
- private:
-  ScratchFile file_;
-  bool done_;
-};
-
 const Bytes kDrive = join({junk(50), at(100), at(200), untimed_packet(), junk(7), at(300),
                            Support::NComPacket().time_ms(350).bad_sum().bytes(), at(400),
                            untimed_packet(), at(500), junk(30)});
 
 TEST(ResourceNavExport, writes_exactly_the_packets_of_the_span) {
   OpenedRaw opened(kDrive);
-  const Exported exported(opened, 200, 400);
+  const ExportedFile exported(opened, 200, 400);
   EXPECT_TRUE(exported.done());
   EXPECT_EQ(exported.bytes(),
             join({at(200), untimed_packet(), at(300), at(400), untimed_packet()}));
@@ -231,31 +193,31 @@ TEST(ResourceNavExport, writes_exactly_the_packets_of_the_span) {
 
 TEST(ResourceNavExport, begins_at_the_first_time_in_the_span_and_ends_ahead_of_the_first_beyond) {
   OpenedRaw opened(kDrive);
-  EXPECT_EQ(Exported(opened, 201, 399).bytes(), at(300));
-  EXPECT_EQ(Exported(opened, 300, 300).bytes(), at(300));
-  EXPECT_EQ(Exported(opened, 101, 200).bytes(), join({at(200), untimed_packet()}));
+  EXPECT_EQ(ExportedFile(opened, 201, 399).bytes(), at(300));
+  EXPECT_EQ(ExportedFile(opened, 300, 300).bytes(), at(300));
+  EXPECT_EQ(ExportedFile(opened, 101, 200).bytes(), join({at(200), untimed_packet()}));
 }
 
 TEST(ResourceNavExport, limits_the_span_to_the_resources_own) {
   OpenedRaw opened(kDrive);
   const Bytes all =
       join({at(100), at(200), untimed_packet(), at(300), at(400), untimed_packet(), at(500)});
-  EXPECT_EQ(Exported(opened, kLowest, kHighest).bytes(), all);
-  EXPECT_EQ(Exported(opened, 100, 500).bytes(), all);
+  EXPECT_EQ(ExportedFile(opened, kLowest, kHighest).bytes(), all);
+  EXPECT_EQ(ExportedFile(opened, 100, 500).bytes(), all);
 }
 
 TEST(ResourceNavExport, may_come_in_any_order_and_after_any_walk) {
   OpenedRaw opened(kDrive);
   opened.stream().do_init(0);
   opened.stream().do_seek(1000);
-  EXPECT_EQ(Exported(opened, 400, 500).bytes(), join({at(400), untimed_packet(), at(500)}));
-  EXPECT_EQ(Exported(opened, 100, 150).bytes(), at(100));
-  EXPECT_EQ(Exported(opened, 150, 250).bytes(), join({at(200), untimed_packet()}));
+  EXPECT_EQ(ExportedFile(opened, 400, 500).bytes(), join({at(400), untimed_packet(), at(500)}));
+  EXPECT_EQ(ExportedFile(opened, 100, 150).bytes(), at(100));
+  EXPECT_EQ(ExportedFile(opened, 150, 250).bytes(), join({at(200), untimed_packet()}));
 }
 
 TEST(ResourceNavExport, a_span_between_two_packets_gives_an_empty_file) {
   OpenedRaw opened(kDrive);
-  const Exported exported(opened, 310, 390);
+  const ExportedFile exported(opened, 310, 390);
   EXPECT_TRUE(exported.done());
   EXPECT_EQ(exported.bytes(), Bytes());
 }
@@ -263,7 +225,7 @@ TEST(ResourceNavExport, a_span_between_two_packets_gives_an_empty_file) {
 TEST(ResourceNavExport, a_span_outside_the_resources_own_is_false_and_touches_no_file) {
   OpenedRaw opened(kDrive);
   for (const auto& [from, to] : {std::pair{0, 99}, {501, 600}, {300, 200}}) {
-    const Exported exported(opened, from, to);
+    const ExportedFile exported(opened, from, to);
     EXPECT_FALSE(exported.done());
     EXPECT_EQ(exported.bytes(), bytes_of("old"));
   }
@@ -271,9 +233,9 @@ TEST(ResourceNavExport, a_span_outside_the_resources_own_is_false_and_touches_no
 
 TEST(ResourceNavExport, of_a_resource_without_packets_is_false) {
   OpenedRaw empty(junk(100));
-  EXPECT_FALSE(Exported(empty, kLowest, kHighest).done());
+  EXPECT_FALSE(ExportedFile(empty, kLowest, kHighest).done());
   OpenedRaw unknown(kDrive, ".nav");
-  EXPECT_FALSE(Exported(unknown, kLowest, kHighest).done());
+  EXPECT_FALSE(ExportedFile(unknown, kLowest, kHighest).done());
 }
 
 TEST(ResourceNavExport, to_a_path_that_cannot_be_written_is_false) {
@@ -289,7 +251,7 @@ TEST(ResourceNavExport, onto_the_resources_own_file_is_false_and_leaves_it) {
 
 TEST(ResourceNavExport, leaves_the_streams_reader_closed) {
   OpenedRaw opened(kDrive);
-  ASSERT_TRUE(Exported(opened, 100, 200).done());
+  ASSERT_TRUE(ExportedFile(opened, 100, 200).done());
   EXPECT_EQ(opened.file().open_handles(), 1);  // the resource's own
 }
 
@@ -303,12 +265,12 @@ TEST(ResourceNavExport, of_a_long_file_copies_every_packet_of_the_span) {
     if (time >= 700 && time <= 1500) expected.insert(expected.end(), packet.begin(), packet.end());
   }
   OpenedRaw opened(packets);
-  EXPECT_EQ(Exported(opened, 700, 1500).bytes(), expected);
+  EXPECT_EQ(ExportedFile(opened, 700, 1500).bytes(), expected);
 }
 
 TEST(ResourceNavExportDeathTest, of_a_storable_stream_without_a_reader_stops_the_program) {
   OpenedRaw opened(junk(100), ".lost");
-  EXPECT_DEATH(Exported(opened, 0, 0), "Test : stream->logical_nav\n.*sto/Sto_ResourceNav");
+  EXPECT_DEATH(ExportedFile(opened, 0, 0), "Test : stream->logical_nav\n.*sto/Sto_ResourceNav");
 }
 
 }  // namespace

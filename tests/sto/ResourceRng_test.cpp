@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "RangeStream_fake.h"
-#include "Stream_recordings.h"
+#include "RawFile_opened.h"
 
 namespace Trel::Sto::Test {
 namespace {
@@ -41,30 +41,11 @@ const ResourceRng::Kinds kKinds{kRangeKinds, make_stream<WrappedStream>, [](cons
                                   return dynamic_cast<const RangeStream&>(stream).told;
                                 }};
 
-Bytes junk(std::size_t size) {
-  return Bytes(size, 0x11);
-}
-
-// A raw file, opened.
-class OpenedRange {
- public:
+struct OpenedRange : OpenedFile<ResourceRng, RangeFake> {
   explicit OpenedRange(const Bytes& bytes, const std::string& extension = ".rcom",
                        unsigned long long progress_bytes = 1048576)
-      : file_(bytes, extension),
-        options_(options(progress_bytes)),
-        messages_(options_.message_bits),
-        resource_(options_, file_.path(), &messages_, kKinds) {}
+      : OpenedFile(kKinds, bytes, extension, progress_bytes) {}
 
-  [[nodiscard]] ResourceRng& resource() { return resource_; }
-  [[nodiscard]] const ScratchFile& file() const { return file_; }
-  [[nodiscard]] Serials serials() const {
-    Serials numbers;
-    for (const auto& [serial, stream] : resource_.getStreams()) numbers.push_back(serial);
-    return numbers;
-  }
-  [[nodiscard]] RangeFake& stream(unsigned int serial = 0) const {
-    return dynamic_cast<RangeFake&>(*resource_.getStreams().at(serial));
-  }
   // The items of one of a stream's headers; none, when it does not have it.
   [[nodiscard]] Values header(const std::string& tag, unsigned int serial = 0) const {
     const Com::Meta* found = stream(serial).get_meta().find_aux_header(tag);
@@ -73,13 +54,6 @@ class OpenedRange {
   [[nodiscard]] Values range(unsigned int serial = 0) const {
     return header("{Trel-Range}", serial);
   }
-  [[nodiscard]] std::vector<Progress> progress() { return drain(messages_); }
-
- private:
-  ScratchFile file_;
-  Options options_;
-  Messages messages_;
-  ResourceRng resource_;
 };
 
 // The six pairs of messages that every range file sends.
@@ -379,21 +353,6 @@ TEST(ResourceRng, storing_translates_serial_numbers_into_stream_ids) {
               ElementsAre(Pair("Range.Codec.RCom.Stream", "30"), Pair("Range.Range.Stream", "30")));
 }
 
-// Exports a span of `opened` to a file of its own.
-class Exported {
- public:
-  Exported(OpenedRange& opened, nano_t from, nano_t to)
-      : file_(bytes_of("old"), ".out"),
-        done_(opened.resource().do_export(file_.path(), from, to)) {}
-
-  [[nodiscard]] bool done() const { return done_; }
-  [[nodiscard]] Bytes bytes() const { return Support::read_file(file_.path()); }
-
- private:
-  ScratchFile file_;
-  bool done_;
-};
-
 // The range data tell of source 7 alone.
 const Bytes kSlot = tells_slot(0, 7, 0);
 const Bytes kDrive = join({junk(50), timed_range(100), kSlot, wrapped(7, 0, 110),
@@ -402,7 +361,7 @@ const Bytes kDrive = join({junk(50), timed_range(100), kSlot, wrapped(7, 0, 110)
 
 TEST(ResourceRngExport, writes_each_streams_packets_of_the_span_in_the_order_of_the_file) {
   OpenedRange opened(kDrive);
-  const Exported exported(opened, 110, 300);
+  const ExportedFile exported(opened, 110, 300);
   EXPECT_TRUE(exported.done());
   EXPECT_EQ(exported.bytes(),
             join({wrapped(7, 0, 110), timed_range(200), wrapped(7, 0, 210), timed_range(300)}));
@@ -410,33 +369,33 @@ TEST(ResourceRngExport, writes_each_streams_packets_of_the_span_in_the_order_of_
 
 TEST(ResourceRngExport, takes_range_data_without_a_time_along) {
   OpenedRange opened(kDrive);
-  EXPECT_EQ(Exported(opened, 100, 105).bytes(), join({timed_range(100), kSlot}));
+  EXPECT_EQ(ExportedFile(opened, 100, 105).bytes(), join({timed_range(100), kSlot}));
 }
 
 TEST(ResourceRngExport, limits_the_span_to_the_resources_own_and_leaves_unknown_sources_out) {
   OpenedRange opened(kDrive);
-  EXPECT_EQ(Exported(opened, kLowest, kHighest).bytes(),
+  EXPECT_EQ(ExportedFile(opened, kLowest, kHighest).bytes(),
             join({timed_range(100), kSlot, wrapped(7, 0, 110), timed_range(200), wrapped(7, 0, 210),
                   timed_range(300), wrapped(7, 0, 310), wrapped(7, 0, 320)}));
 }
 
 TEST(ResourceRngExport, a_stream_that_has_ended_gives_nothing) {
   OpenedRange opened(kDrive);
-  EXPECT_EQ(Exported(opened, 311, 320).bytes(), wrapped(7, 0, 320));
+  EXPECT_EQ(ExportedFile(opened, 311, 320).bytes(), wrapped(7, 0, 320));
 }
 
 TEST(ResourceRngExport, may_come_in_any_order_and_after_any_walk) {
   OpenedRange opened(kDrive);
   opened.stream().do_init(0);
   opened.stream().do_seek(1000);
-  EXPECT_EQ(Exported(opened, 250, 300).bytes(), timed_range(300));
-  EXPECT_EQ(Exported(opened, 100, 104).bytes(), join({timed_range(100), kSlot}));
-  EXPECT_EQ(Exported(opened, 150, 205).bytes(), timed_range(200));
+  EXPECT_EQ(ExportedFile(opened, 250, 300).bytes(), timed_range(300));
+  EXPECT_EQ(ExportedFile(opened, 100, 104).bytes(), join({timed_range(100), kSlot}));
+  EXPECT_EQ(ExportedFile(opened, 150, 205).bytes(), timed_range(200));
 }
 
 TEST(ResourceRngExport, what_is_exported_opens_again) {
   OpenedRange opened(kDrive);
-  OpenedRange again(Exported(opened, kLowest, kHighest).bytes());
+  OpenedRange again(ExportedFile(opened, kLowest, kHighest).bytes());
   EXPECT_THAT(again.serials(), ElementsAre(0, 7));
   EXPECT_EQ(again.resource().get_start(), opened.resource().get_start());
   EXPECT_EQ(again.resource().get_end(), opened.resource().get_end());
@@ -445,7 +404,7 @@ TEST(ResourceRngExport, what_is_exported_opens_again) {
 TEST(ResourceRngExport, a_span_outside_the_resources_own_is_false_and_touches_no_file) {
   OpenedRange opened(kDrive);
   for (const auto& [from, to] : {std::pair{0, 99}, {321, 600}, {300, 200}}) {
-    const Exported exported(opened, from, to);
+    const ExportedFile exported(opened, from, to);
     EXPECT_FALSE(exported.done());
     EXPECT_EQ(exported.bytes(), bytes_of("old"));
   }
@@ -453,7 +412,7 @@ TEST(ResourceRngExport, a_span_outside_the_resources_own_is_false_and_touches_no
 
 TEST(ResourceRngExport, of_a_resource_without_packets_is_false) {
   OpenedRange empty(junk(100));
-  EXPECT_FALSE(Exported(empty, kLowest, kHighest).done());
+  EXPECT_FALSE(ExportedFile(empty, kLowest, kHighest).done());
 }
 
 TEST(ResourceRngExport, onto_the_resources_own_file_is_false_and_leaves_it) {
@@ -464,13 +423,13 @@ TEST(ResourceRngExport, onto_the_resources_own_file_is_false_and_leaves_it) {
 
 TEST(ResourceRngExport, leaves_the_streams_readers_closed) {
   OpenedRange opened(kDrive);
-  ASSERT_TRUE(Exported(opened, 100, 200).done());
+  ASSERT_TRUE(ExportedFile(opened, 100, 200).done());
   EXPECT_EQ(opened.file().open_handles(), 1);  // the resource's own
 }
 
 TEST(ResourceRngExportDeathTest, of_a_storable_stream_without_a_reader_stops_the_program) {
   OpenedRange opened(junk(100), ".lost");
-  EXPECT_DEATH(Exported(opened, 0, 0), "Test : stream->logical_rng\n.*sto/Sto_ResourceRng");
+  EXPECT_DEATH(ExportedFile(opened, 0, 0), "Test : stream->logical_rng\n.*sto/Sto_ResourceRng");
 }
 
 }  // namespace

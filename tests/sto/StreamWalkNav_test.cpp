@@ -4,8 +4,8 @@
 
 #include <limits>
 
+#include "RawFile_opened.h"
 #include "RawStream_fake.h"
-#include "Stream_recordings.h"
 
 namespace Trel::Sto::Test {
 namespace {
@@ -29,19 +29,10 @@ Bytes many() {
   return track(packets);
 }
 
-// A storable stream with its reader on a file.
-struct Walk {
-  explicit Walk(const Bytes& bytes) : file(bytes, ".ncom") {
-    auto own = std::make_unique<LogicalNavAny>();
-    own->set_file(file.path());
-    stream.set_logical_nav(std::move(own));
-    stream.set_storable();
-  }
+struct Walk : WalkedFile<RawStream> {
+  explicit Walk(const Bytes& bytes)
+      : WalkedFile(bytes, ".ncom", std::make_unique<LogicalNavAny>(), Enum::TRANSPORT_TYPE_NAV) {}
   [[nodiscard]] LogicalNav& reader() { return *stream.get_logical_nav(); }
-  Calls calls() { return std::exchange(stream.calls, {}); }
-
-  ScratchFile file;
-  RawStream stream;
 };
 
 TEST(StreamNavInit, the_first_one_rewinds_whatever_the_time) {

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "RangeStream_fake.h"
-#include "Stream_recordings.h"
+#include "RawFile_opened.h"
 
 namespace Trel::Sto::Test {
 namespace {
@@ -22,19 +22,11 @@ const Bytes kMixed =
           wrapped(0, 9, 120), timed_range(200), wrapped(kAddress, 0, 210), timed_range(300),
           wrapped(kAddress + 1, 0, 305), wrapped(kAddress, 0, 310)});
 
-// A storable stream with its reader on a file.
-struct Walk {
-  explicit Walk(const Bytes& bytes = kMixed) : file(bytes, ".rcom") {
-    auto own = std::make_unique<LogicalRngNCom>(kAddress);
-    own->set_file(file.path());
-    stream.set_logical_rng(std::move(own));
-    stream.set_storable();
-  }
+struct Walk : WalkedFile<WrappedStream> {
+  explicit Walk(const Bytes& bytes = kMixed)
+      : WalkedFile(bytes, ".rcom", std::make_unique<LogicalRngNCom>(kAddress),
+                   Enum::TRANSPORT_TYPE_RNG, kAddress) {}
   [[nodiscard]] LogicalRng& reader() { return *stream.get_logical_rng(); }
-  Calls calls() { return std::exchange(stream.calls, {}); }
-
-  ScratchFile file;
-  WrappedStream stream{Enum::TRANSPORT_TYPE_RNG, kAddress};
 };
 
 TEST(StreamRngInit, the_first_one_rewinds_and_takes_the_first_packet_that_matches) {
@@ -49,15 +41,11 @@ TEST(StreamRngInit, the_first_one_rewinds_and_takes_the_first_packet_that_matche
 }
 
 TEST(StreamRngInit, range_data_are_the_packets_of_serial_0) {
-  const ScratchFile file(kMixed, ".rcom");
-  RangeStream stream;
-  auto own = std::make_unique<LogicalRngRCom>(0);
-  own->set_file(file.path());
-  stream.set_logical_rng(std::move(own));
-  stream.set_storable();
-  EXPECT_TRUE(stream.do_init(0));
-  EXPECT_TRUE(stream.do_seek(300));
-  EXPECT_THAT(stream.calls, ElementsAre("rewind", "seek 100", "seek 200", "seek 300"));
+  WalkedFile<RangeStream> walk(kMixed, ".rcom", std::make_unique<LogicalRngRCom>(0),
+                               Enum::TRANSPORT_TYPE_RNG);
+  EXPECT_TRUE(walk.stream.do_init(0));
+  EXPECT_TRUE(walk.stream.do_seek(300));
+  EXPECT_THAT(walk.calls(), ElementsAre("rewind", "seek 100", "seek 200", "seek 300"));
 }
 
 TEST(StreamRngInit, of_a_stream_that_is_not_storable_is_false_with_and_without_a_reader) {
