@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <set>
@@ -477,6 +478,39 @@ TEST(TrakgenRange, the_front_sensor_sees_what_is_ahead_and_within_reach) {
   EXPECT_GT(hidden, 10);
 }
 
+TEST(TrakgenRange, the_rear_sensor_sees_what_is_behind_on_the_right) {
+  const Texts packets = measured({"--seconds", "20", "--targets", "2"});
+  const auto outlines = outlines_of(packets);
+  const Texts mine = of_target(packets, 2);
+  int seen = 0;
+  int hidden = 0;
+  for (std::size_t step = 0; step < mine.size(); step += 7) {
+    const std::string& packet = mine[step];
+    const State hunter = state(kHunter, static_cast<double>(step) / 100);
+    const State other = state(kOvertaking, static_cast<double>(step) / 100);
+    const Place eye = hunter.at(kHunter.outline_forward - 0.9, 0.8);
+    const auto corners = standing(outlines.at(2), kOvertaking, other);
+    const double least = least_distance(corners, eye);
+    EXPECT_NEAR(value_at(packet, 120, 4, 1e-3), least, 5e-3) << step;
+    // It looks 120 degrees to the right, 80 wide, from 0.5 m to 30 m.
+    const Place to = turned(other.unit.x - eye.x, other.unit.y - eye.y, -hunter.angle - 120);
+    const double angle = std::atan2(to.y, to.x) * 180 / kPi;
+    if (std::abs(angle) < 35 && least > 1 && least < 29) {
+      EXPECT_EQ(packet[124], 100) << step;
+      EXPECT_GE(packet[125], 1) << step;
+      ++seen;
+    }
+    if (std::abs(angle) > 95 || least > 31) {
+      EXPECT_EQ(packet[124], 0) << step;
+      EXPECT_EQ(packet[125], 0) << step;
+      ++hidden;
+    }
+    EXPECT_EQ(packet[60], packet[118] == 0 && packet[124] == 0 ? 0 : 100) << step;
+  }
+  EXPECT_GT(seen, 10);
+  EXPECT_GT(hidden, 10);
+}
+
 TEST(TrakgenRange, a_near_target_takes_the_share_of_view_that_its_width_takes) {
   const Texts packets = measured({"--seconds", "5", "--targets", "1"});
   const Texts mine = of_target(packets, 1);
@@ -502,9 +536,14 @@ TEST(TrakgenRange, the_channels_of_range_data_tell_modes_settings_and_sources) {
   const Texts packets = measured({"--seconds", "2", "--targets", "4"});
   auto channels = channels_of(of_target(packets, 1), kRangeChannelAt);
   EXPECT_EQ(channels.size(), 22U) << "0 to 22, but not 2";
+  EXPECT_EQ(number_at(channels[0], 4, 1), 6U);
+  EXPECT_EQ(number_at(channels[0], 5, 1), 6U);
   EXPECT_EQ(number_at(channels[0], 6, 2), 3U);
   EXPECT_EQ(channels[1], "240311.2");
   EXPECT_EQ(number_at(channels[5], 0, 2), 2U);
+  EXPECT_EQ(number_at(channels[5], 2, 4), 0U);
+  EXPECT_EQ(number_at(channels[6], 0, 3), 0x000102U);  // 2.1.0
+  EXPECT_EQ(number_at(channels[6], 3, 3), 24'031U);
   EXPECT_EQ(number_at(channels[7], 7, 1), 86U);  // 34.4 percent in steps of 0.4
   EXPECT_EQ(channels[9].substr(0, 4), (std::string{'\xC0', '\xA8', 1, 10}));  // 192.168.1.10
   EXPECT_EQ(channels[9].substr(4, 4), (std::string{'\xC0', '\xA8', 1, 11}));
@@ -516,9 +555,18 @@ TEST(TrakgenRange, the_channels_of_range_data_tell_modes_settings_and_sources) {
   EXPECT_EQ(signed_at(channels[13], 3, 3), 100);
   EXPECT_EQ(signed_at(channels[13], 6, 2), 0);
   EXPECT_EQ(signed_at(channels[14], 0, 3), -1700);
+  EXPECT_EQ(number_at(channels[16], 0, 2), 20U);
+  EXPECT_EQ(number_at(channels[16], 2, 2), 15U);
+  EXPECT_EQ(number_at(channels[16], 4, 2), 30U);
+  EXPECT_EQ(number_at(channels[16], 6, 2), 25U);
   EXPECT_EQ(number_at(channels[17], 0, 2), 4300U);
+  EXPECT_EQ(number_at(channels[17], 2, 2), 1800U);
+  EXPECT_EQ(number_at(channels[17], 4, 2), 1600U);
   EXPECT_EQ(number_at(channels[17], 6, 2), 2U);
   EXPECT_EQ(number_at(channels[18], 0, 4), 0x41200000U);  // 10 as a real number
+  EXPECT_EQ(number_at(channels[18], 4, 4), 0x3F333333U);  // 0.7
+  EXPECT_EQ(number_at(channels[19], 0, 4), 0x40800000U);  // 4
+  EXPECT_EQ(number_at(channels[19], 4, 4), 0x3F666666U);  // 0.9
   EXPECT_EQ(number_at(channels[22], 0, 2), 4200U);
   EXPECT_EQ(number_at(channels[22], 6, 2), 1U);
   auto others = channels_of(of_target(packets, 4), kRangeChannelAt);
@@ -544,10 +592,17 @@ TEST(TrakgenRange, only_the_standing_target_is_a_surveyed_point) {
 
 TEST(TrakgenRange, counters_go_on_over_the_end_of_sixteen_bits) {
   const Texts mine = of_target(measured({"--seconds", "15", "--targets", "1"}), 1);
+  // Characters, packets and what was skipped of the target, of the hunter and of commands, in 100
+  // seconds.
+  const std::map<int, std::array<std::size_t, 3>> rates = {
+      {3, {720'000, 10'000, 200}}, {4, {1'440'000, 20'000, 100}}, {15, {2'000, 100, 0}}};
   for (std::size_t step = 0; step < mine.size(); ++step) {
-    if (mine[step][kRangeChannelAt] != 3) continue;
-    EXPECT_EQ(number_at(mine[step], 42, 2), step * 72 % 65'536) << "7200 characters a second";
-    EXPECT_EQ(number_at(mine[step], 44, 2), step);
+    const auto rate = rates.find(mine[step][kRangeChannelAt]);
+    if (rate == rates.end()) continue;
+    for (std::size_t k = 0; k < 3; ++k) {
+      EXPECT_EQ(number_at(mine[step], 42 + 2 * k, 2), step * rate->second[k] / 10'000 % 65'536)
+          << rate->first << " at step " << step;
+    }
   }
   EXPECT_GT(mine.size() * 72, 65'536U);
 
@@ -647,6 +702,12 @@ TEST(TrakgenRange, the_ncom_streams_tell_where_the_range_data_has_the_vehicles) 
       EXPECT_NEAR(east, north_east.y, 0.01 + std::abs(north_east.y) / 1000) << step;
       // 45 degrees in steps of a millionth of a radian
       EXPECT_NEAR(value_at(packet, 52, 3, 1e-6), kPi / 4, 1e-6);
+      const State moved = state(vehicle == 0 ? kHunter : kAhead, static_cast<double>(step) / 100);
+      const Place velocity = turned(moved.velocity.x, moved.velocity.y, 30);
+      EXPECT_NEAR(value_at(packet, 43, 3, 1e-4), velocity.x, 1e-4) << step;
+      EXPECT_NEAR(value_at(packet, 46, 3, 1e-4), velocity.y, 1e-4) << step;
+      const Place driven = turned(moved.acceleration.x, moved.acceleration.y, -moved.angle);
+      EXPECT_NEAR(value_at(packet, 3, 3, 1e-4), driven.x, 1e-4) << step;
     }
   }
 }
