@@ -80,6 +80,22 @@ TEST(DerivedDirection, the_ends_of_the_ranges_lie_ahead_and_to_the_right_of_the_
   EXPECT_NEAR(scene.number("Target1_HunterLatPosY"), 20 + 2 * cosine(30), kNear);
 }
 
+TEST(DerivedDirection, ranges_are_level_however_the_vehicles_lean) {
+  Scene scene;
+  const Pose hunter{.heading = 70, .pitch = 25, .roll = -40};
+  const Pose target{.heading = 160, .pitch = -15, .roll = 35};
+  RangePacket packet = placed(hunter, target).i32(8, 2000).i32(12, 5000);
+  reference(scene, 40).take(packet.i32(20, 10000).i32(24, 20000).i32(28, 7000).i32(32, 16000));
+  EXPECT_NEAR(scene.number("Target1_HunterLonPosX"), 10 + 5 * cosine(30), kNear);
+  EXPECT_NEAR(scene.number("Target1_HunterLonPosY"), 20 + 5 * sine(30), kNear);
+  EXPECT_NEAR(scene.number("Target1_HunterLatPosX"), 10 - 2 * sine(30), kNear);
+  EXPECT_NEAR(scene.number("Target1_HunterLatPosY"), 20 + 2 * cosine(30), kNear);
+  // The target looks 120 degrees to the right of X; the hunter is 3 m from it along X, 4 along Y.
+  EXPECT_NEAR(scene.number("Target1_HunterRelLatDist"), 4 * cosine(120) - 3 * sine(120), kNear);
+  EXPECT_NEAR(scene.number("Target1_RelHeadingDiff"), 90.0, kNear);
+  EXPECT_NEAR(scene.number("Hunter_LocalAngle"), 30.0, kNear);
+}
+
 TEST(DerivedDirection, an_end_needs_its_range_and_the_hunters_place) {
   Scene scene;
   reference(scene, 0).take(measured(90).i32(12, INT32_MIN));
