@@ -125,13 +125,12 @@ constexpr Row of_target(Row row) {
   of_target(drive(#name, packets, TOLD(expected), ENTRIES(entries))),
 // Of line n of eight.
 #define LINE(name, point, n, at, raw, factor) \
-  LANE(name##n##point, at + 2 * (n - 1), 2, n * (raw), factor)
-#define EIGHT(name, point, at, raw, factor)                                       \
-  LINE(name, point, 1, at, raw, factor)                                           \
-  LINE(name, point, 2, at, raw, factor)                                           \
-  LINE(name, point, 3, at, raw, factor) LINE(name, point, 4, at, raw, factor)     \
-      LINE(name, point, 5, at, raw, factor) LINE(name, point, 6, at, raw, factor) \
-          LINE(name, point, 7, at, raw, factor) LINE(name, point, 8, at, raw, factor)
+  field(#name #n #point, 1, kNoChannel, at + 2 * (n - 1), 2, n * (raw), factor)
+#define EIGHT(name, point, ...)                                             \
+  LINE(name, point, 1, __VA_ARGS__), LINE(name, point, 2, __VA_ARGS__),     \
+      LINE(name, point, 3, __VA_ARGS__), LINE(name, point, 4, __VA_ARGS__), \
+      LINE(name, point, 5, __VA_ARGS__), LINE(name, point, 6, __VA_ARGS__), \
+      LINE(name, point, 7, __VA_ARGS__), LINE(name, point, 8, __VA_ARGS__),
 
 // One line for each name.
 constexpr Row kRows[] = {
