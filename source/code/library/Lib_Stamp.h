@@ -27,38 +27,38 @@ class Flags {
   static constexpr unsigned char kPoor = Over | Under | Approx | Stale;
 
   constexpr Flags() = default;
-  constexpr explicit Flags(unsigned char byte) : byte_(byte) {}
+  constexpr explicit Flags(unsigned char byte) : bits_(Bits{byte}) {}
 
-  [[nodiscard]] constexpr unsigned char byte() const { return byte_; }
+  [[nodiscard]] constexpr unsigned char byte() const { return static_cast<unsigned char>(bits_); }
 
   // A value exists: none of Rejected, Invalid, Pass.
-  [[nodiscard]] constexpr bool ok() const { return (byte_ & kNull) == 0; }
+  [[nodiscard]] constexpr bool ok() const { return (byte() & kNull) == 0; }
   // Not ok.
-  [[nodiscard]] constexpr bool null() const { return (byte_ & kNull) != 0; }
+  [[nodiscard]] constexpr bool null() const { return (byte() & kNull) != 0; }
   // No bit but Timeless.
-  [[nodiscard]] constexpr bool good() const { return (byte_ & (kNull | kPoor)) == 0; }
+  [[nodiscard]] constexpr bool good() const { return (byte() & (kNull | kPoor)) == 0; }
   // A value exists, with a reservation: ok, but some of Over, Under, Approx, Stale.
-  [[nodiscard]] constexpr bool poor() const { return ok() && (byte_ & kPoor) != 0; }
-  [[nodiscard]] constexpr bool isTimeless() const { return (byte_ & Timeless) != 0; }
-  [[nodiscard]] constexpr bool isntTimeless() const { return (byte_ & Timeless) == 0; }
-  [[nodiscard]] constexpr bool isOver() const { return (byte_ & Over) != 0; }
-  [[nodiscard]] constexpr bool isUnder() const { return (byte_ & Under) != 0; }
-  [[nodiscard]] constexpr bool isPass() const { return (byte_ & Pass) != 0; }
+  [[nodiscard]] constexpr bool poor() const { return ok() && (byte() & kPoor) != 0; }
+  [[nodiscard]] constexpr bool isTimeless() const { return (byte() & Timeless) != 0; }
+  [[nodiscard]] constexpr bool isntTimeless() const { return (byte() & Timeless) == 0; }
+  [[nodiscard]] constexpr bool isOver() const { return (byte() & Over) != 0; }
+  [[nodiscard]] constexpr bool isUnder() const { return (byte() & Under) != 0; }
+  [[nodiscard]] constexpr bool isPass() const { return (byte() & Pass) != 0; }
 
   // These three replace the whole byte.
-  constexpr void reject() { byte_ = Rejected; }
-  constexpr void invalidate() { byte_ = Invalid; }
-  constexpr void wipe() { byte_ = 0; }
+  constexpr void reject() { put(Rejected); }
+  constexpr void invalidate() { put(Invalid); }
+  constexpr void wipe() { put(0); }
 
   // These change one bit and leave the others.
-  constexpr void setRejected() { byte_ |= Rejected; }
-  constexpr void setInvalid() { byte_ |= Invalid; }
-  constexpr void setPass() { byte_ |= Pass; }
-  constexpr void setTimeless() { byte_ |= Timeless; }
-  constexpr void setOver() { byte_ |= Over; }
-  constexpr void setUnder() { byte_ |= Under; }
-  constexpr void setApprox() { byte_ |= Approx; }
-  constexpr void setStale() { byte_ |= Stale; }
+  constexpr void setRejected() { put(byte() | Rejected); }
+  constexpr void setInvalid() { put(byte() | Invalid); }
+  constexpr void setPass() { put(byte() | Pass); }
+  constexpr void setTimeless() { put(byte() | Timeless); }
+  constexpr void setOver() { put(byte() | Over); }
+  constexpr void setUnder() { put(byte() | Under); }
+  constexpr void setApprox() { put(byte() | Approx); }
+  constexpr void setStale() { put(byte() | Stale); }
   constexpr void setTimeless(bool on) { assign(Timeless, on); }
   constexpr void setOver(bool on) { assign(Over, on); }
   constexpr void setUnder(bool on) { assign(Under, on); }
@@ -68,22 +68,24 @@ class Flags {
 
   // Swaps Over and Under, as negating a value swaps the limits of its range.
   constexpr void negate() {
-    const bool over = isOver();
-    setOver(isUnder());
-    setUnder(over);
+    static_assert(Over == 2 * Under);
+    put((byte() & ~(Over | Under)) | (byte() & Under) * 2 | (byte() & Over) / 2);
   }
 
   friend constexpr Flags operator|(Flags a, Flags b) {
-    return Flags(static_cast<unsigned char>(a.byte_ | b.byte_));
+    return Flags(static_cast<unsigned char>(a.byte() | b.byte()));
   }
   friend constexpr bool operator==(Flags, Flags) = default;
 
  private:
-  constexpr void assign(Bit bit, bool on) {
-    byte_ = static_cast<unsigned char>(on ? byte_ | bit : byte_ & ~bit);
-  }
+  constexpr void assign(Bit bit, bool on) { put(on ? byte() | bit : byte() & ~bit); }
+  constexpr void put(int byte) { bits_ = Bits{static_cast<unsigned char>(byte)}; }
 
-  unsigned char byte_ = Rejected;
+  // A type of its own. A write through unsigned char could change anything as far as the compiler
+  // knows, so that loops over runs would look up again and again where the run is.
+  enum class Bits : unsigned char {};
+
+  Bits bits_{Rejected};
 };
 
 // A time, in nanoseconds of GPS time, with its flags.
