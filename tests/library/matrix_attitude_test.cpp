@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "library/mathematics.h"
+#include "library/matrix_work.h"
 
 namespace {
 
@@ -46,6 +47,23 @@ TEST(DirectionCosines, heading_turns_forward_from_north_to_east) {
   expect_near(product(c, column({1, 0, 0})), column({0, 1, 0}), 1e-15);   // forward is east
   expect_near(product(c, column({0, 1, 0})), column({-1, 0, 0}), 1e-15);  // right is south
   expect_near(product(c, column({0, 0, 1})), column({0, 0, 1}), 1e-15);
+}
+
+TEST(DirectionCosines, the_unchecked_forms_give_the_same_numbers) {
+  const OwnedMatrix angles = euler(250, -35, 12);
+  const OwnedMatrix c = matrix_of(Euler2DirCos, angles);
+  Trel::Lib::Matrix work;
+  Trel::Lib::set_rotation(work, {angles.data[0], angles.data[1], angles.data[2]});
+  EXPECT_EQ(work.rows, 3);
+  EXPECT_EQ(work.cols, 3);
+  for (int row = 0; row < 3; ++row) {
+    for (int col = 0; col < 3; ++col) EXPECT_EQ(work(row, col), c.data[3 * row + col]);
+  }
+  const OwnedMatrix back = vector_of(DirCos2Euler, c);
+  const Trel::Lib::Triple triple = Trel::Lib::angles_of(work);
+  EXPECT_EQ(triple.x, back.data[0]);
+  EXPECT_EQ(triple.y, back.data[1]);
+  EXPECT_EQ(triple.z, back.data[2]);
 }
 
 TEST(DirectionCosines, pitch_raises_forward) {

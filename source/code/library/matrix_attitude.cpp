@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "library/matrix_support.h"
+#include "library/matrix_work.h"
 
 namespace Trel::Lib {
 
@@ -92,6 +93,20 @@ int DirCos2Euler(RealMatrix* euler, const RealMatrix* c) {
   int code = load(m, c);
   if (code == kSuccess) code = store(euler, euler_angles(m));
   return code == kSuccess ? kSuccess : refuse(code, TREL_HERE);
+}
+
+void set_rotation(Matrix& m, const Triple& angles) {
+  const Matrix3 rotation = body_rotation({angles.x, angles.y, angles.z});
+  m.rows = m.cols = 3;
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) m(i, j) = rotation[i][j];
+  }
+}
+
+Triple angles_of(const Matrix& m) {
+  const Vector3 angles = euler_angles(
+      {{{m(0, 0), m(0, 1), m(0, 2)}, {m(1, 0), m(1, 1), m(1, 2)}, {m(2, 0), m(2, 1), m(2, 2)}}});
+  return {angles[0], angles[1], angles[2]};
 }
 
 int Incline2Euler(RealMatrix* euler, const RealMatrix* incline) {

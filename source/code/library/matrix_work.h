@@ -1,7 +1,8 @@
 // Vectors of three and rotations of decoders, as numbers and as matrices of the family.
 //
 // Most vectors are only turned, many for a packet, and what the functions of the family check of
-// their arguments would cost more than the nine products; so that is done here, on finite numbers.
+// their arguments would cost more than the nine products; so that is done here, on finite numbers,
+// and so is what leads from angles to rotations and back.
 // A work matrix owns its storage and is never copied.
 #pragma once
 
@@ -70,5 +71,9 @@ class Vector : public WorkMatrix<3, 1> {
           m(0, 1) * v.x + m(1, 1) * v.y + m(2, 1) * v.z,
           m(0, 2) * v.x + m(1, 2) * v.y + m(2, 2) * v.z};
 }
+
+// What Euler2DirCos makes of heading, pitch and roll, in radians, and DirCos2Euler of a rotation.
+void set_rotation(Matrix& m, const Triple& angles);
+[[nodiscard]] Triple angles_of(const Matrix& m);
 
 }  // namespace Trel::Lib
