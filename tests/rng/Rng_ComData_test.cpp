@@ -151,6 +151,7 @@ TEST(DataTarget, each_value_has_its_family) {
   const auto data = record();
   DataTarget& part = data->DTarget(3);
 #define VALUE(name, type, ...) FAMILY(part, DataTarget, name, type)
+#define HELD(name, type, ...) FAMILY(part, DataTarget, name, type)
 #define ARRAY(name, type, count, ...) SEQUENCE(part, DataTarget, name, type, count)
 #include "rng/Rng_ComDataTarget.def"
 }
@@ -173,6 +174,7 @@ TEST(ComData, no_two_values_share_a_variable) {
 #include "rng/Rng_ComDataMain.def"
   for (unsigned int target = 0; target < ComData::kTargets; ++target) {
 #define VALUE(name, ...) PLACE(DTarget(target), name)
+#define HELD(name, ...) PLACE(DTarget(target), name)
 #define ARRAY(name, ...) PLACE(DTarget(target), name)
 #include "rng/Rng_ComDataTarget.def"
   }
@@ -182,8 +184,9 @@ TEST(ComData, no_two_values_share_a_variable) {
   }
 #undef PLACE
   EXPECT_EQ(places.size(), static_cast<std::size_t>(count));
-  // 818 elements, four values of time beside them, and four of each source.
-  EXPECT_EQ(count, 818 + 4 + 8 * 4);
+  // 818 elements; four values of time beside them, the centres of five outlines, and the sensors of
+  // four targets; and four values of each source.
+  EXPECT_EQ(count, 818 + 4 + 5 * 2 + 4 + 8 * 4);
 }
 
 TEST(ComData, corners_and_sensors_are_runs_and_all_else_is_single) {

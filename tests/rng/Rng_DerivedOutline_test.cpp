@@ -303,6 +303,23 @@ TEST(DerivedOutline, the_centres_are_those_of_the_rectangles_around_the_outlines
   EXPECT_NEAR(scene.number("Target1_RelDistanceHunterCentreToTargetCentre"), std::sqrt(5.0), kNear);
 }
 
+TEST(DerivedOutline, the_centre_follows_an_outline_that_comes_in_parts) {
+  const char* const name = "Target1_RelDistanceHunterCentreToTargetCentre";
+  Scene scene;
+  reference(scene, 0).take(outline(1, {{0, 0}}));
+  // The second corner is not known, and comes by itself: from 2 m to 8 m ahead the centre is at 5
+  // m.
+  scene.take(outline(0, {{2, 0}, {6, 0}}).i16(14, INT16_MIN)).take(placed({}, {}));
+  EXPECT_EQ(scene.flags(name), kInvalid);
+  scene.take(outline(0, {{8, 0}}).u8(7, 2).u8(8, 1)).take(placed({}, {}));
+  EXPECT_NEAR(scene.number(name), 5, kNear);
+  // Of two corners only the first stays in use.
+  scene.take(outline(0, {{2, 0}}).u8(7, 1)).take(placed({}, {}));
+  EXPECT_NEAR(scene.number(name), 2, kNear);
+  scene.take(outline(0, {{2, 0}}).u8(7, 0)).take(placed({}, {}));
+  EXPECT_EQ(scene.flags(name), kInvalid);
+}
+
 TEST(DerivedOutline, without_one_outline_there_is_no_distance_of_centres) {
   const char* const name = "Target1_RelDistanceHunterCentreToTargetCentre";
   Scene scene;

@@ -21,6 +21,7 @@ void DataWrap::Invalidate() {
 void DataTarget::Invalidate() {
   SetReference(no_stamp());
 #define VALUE(name, ...) Inv_##name();
+#define HELD(name, ...) Inv_##name();
 #define ARRAY(name, ...) Inv_##name();
 #include "rng/Rng_ComDataTarget.def"
 }

@@ -165,12 +165,14 @@ class DataTarget : public DataPart {
   void Invalidate();
 
 #define VALUE TREL_RNG_VALUE
+#define HELD TREL_RNG_VALUE
 #define CODE TREL_RNG_CODE
 #define ARRAY TREL_RNG_ARRAY
 #include "rng/Rng_ComDataTarget.def"
 
  private:
 #define VALUE TREL_RNG_MEMBER
+#define HELD TREL_RNG_MEMBER
 #define ARRAY TREL_RNG_RUN
 #include "rng/Rng_ComDataTarget.def"
 };

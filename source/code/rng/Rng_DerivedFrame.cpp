@@ -53,7 +53,6 @@ void set_hunter2target(bool wanted, const Body& hunter, const Body& target,
   // Column by column the target's axes in the hunter's.
   const Lib::Matrix& axes = target.axes();
   Lib::Matrix relative;
-  relative.rows = relative.cols = 3;
   for (int col = 0; col < 3; ++col) {
     const Lib::Triple axis =
         Lib::turned_back(hunter.axes(), {axes(0, col), axes(1, col), axes(2, col)});
@@ -61,10 +60,9 @@ void set_hunter2target(bool wanted, const Body& hunter, const Body& target,
     relative(1, col) = axis.y;
     relative(2, col) = axis.z;
   }
-  Lib::Vector angles;
-  Lib::DirCos2Euler(&angles, &relative);
-  rotation.set(angles[0] * Lib::kDegreesPerRadian, angles[1] * Lib::kDegreesPerRadian,
-               angles[2] * Lib::kDegreesPerRadian, now);
+  const Lib::Triple angles = Lib::angles_of(relative);
+  rotation.set(angles.x * Lib::kDegreesPerRadian, angles.y * Lib::kDegreesPerRadian,
+               angles.z * Lib::kDegreesPerRadian, now);
 }
 
 bool wants_hunter(const ComKey::KeyMain& key, const ComKey::KeyTarget& target) {

@@ -12,10 +12,14 @@ void set_same(bool wanted, const Real& value, Real& iso) {
   iso = value;
 }
 
+Real turned(Real value) {
+  value.negate();
+  return value;
+}
+
 void set_turned(bool wanted, const Real& value, Real& iso) {
   if (!wanted) return iso.reject();
-  iso = value;
-  iso.negate();
+  iso = turned(value);
 }
 
 // An angle from -180 to below 180, of one that lies less than two turns below.
@@ -27,8 +31,10 @@ double from_half_turn(double degrees) {
 // The angle anticlockwise from east of a heading, or from axis X of a direction, where `start` is
 // that of 0.
 void set_yaw(bool wanted, double start, const Real& heading, Real& iso) {
-  set_turned(wanted, heading, iso);
-  if (iso.ok()) iso.put(from_half_turn(start + iso.get()));
+  if (!wanted) return iso.reject();
+  Real yaw = turned(heading);
+  if (yaw.ok()) yaw.put(from_half_turn(start + yaw.get()));
+  iso = yaw;
 }
 
 Lib::StampExt stamp_of(const Run& run, std::size_t index) {
@@ -39,25 +45,19 @@ Lib::StampExt stamp_of(const Run& run, std::size_t index) {
 }
 
 void set_places(bool wanted, const Run& from_x, const Run& from_y,
-                const Lib::VariableExt<unsigned int>& used, Run& x, Run& y) {
-  if (!wanted) {
-    reject_run(x);
-    reject_run(y);
-    return;
-  }
+                const Lib::VariableExt<unsigned int>& used, const PlaceRuns& places) {
+  if (!wanted) return places.reject();
   const std::size_t count = used.good() ? used.get() : 0;
   for (std::size_t index = 0; index < count; ++index) {
-    if (from_x.ok(index) && from_y.ok(index)) {
-      const Lib::StampExt stamp = stamp_of(from_x, index);
-      set_entry(x, index, from_x.get_data(index), stamp);
-      set_entry(y, index, -from_y.get_data(index), stamp);
+    const Lib::StampExt stamp = stamp_of(from_x, index);
+    const Place place = {from_x.get_data(index), -from_y.get_data(index)};
+    if ((stamp.get_flags() | from_y.get_flags(index)).ok()) {
+      places.set(index, place, stamp);
     } else {
-      Detail::invalidate(x, index);
-      Detail::invalidate(y, index);
+      places.invalidate(index);
     }
   }
-  end_run(x, count);
-  end_run(y, count);
+  places.end(count);
 }
 
 constexpr double kYawOfNorth = 90.0;
@@ -80,7 +80,7 @@ void compute_iso(unsigned int target, const ComKey& key, ComData& data) {
   set_yaw(key##owner.Get_##node(), 0.0, data##owner.Var_##angle(), data##owner.Hit_##iso());
 #define PLACES(owner, node, x, y, from_x, from_y, used)                                       \
   set_places(key##owner.Get_##node(), data##owner.Var_##from_x(), data##owner.Var_##from_y(), \
-             data##owner.Var_##used(), data##owner.Hit_##x(), data##owner.Hit_##y());
+             data##owner.Var_##used(), {data##owner.Hit_##x(), data##owner.Hit_##y()});
 #include "rng/Rng_Iso.def"
 }
 

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cmath>
 
 #include "rng/Rng_Derived.h"
@@ -8,31 +7,20 @@ namespace Trel::Rng {
 
 namespace {
 
-bool knows_corner(const Vehicle& vehicle, std::size_t index) {
-  return vehicle.lon.good(index) && vehicle.lat.good(index);
-}
-
-void set_corners(bool wanted, const Vehicle& vehicle, const Body& body, const Lib::StampExt& now,
-                 Run& x, Run& y) {
-  if (!wanted) {
-    reject_run(x);
-    reject_run(y);
-    return;
-  }
+void set_corners(bool wanted, const Vehicle& vehicle, const Body& body, Lib::StampExt now,
+                 const PlaceRuns& places) {
+  if (!wanted) return places.reject();
   const std::size_t used = vehicle.corners_used();
   for (std::size_t index = 0; index < used; ++index) {
-    if (body.is_placed() && knows_corner(vehicle, index)) {
-      const Place place =
-          body.place({vehicle.lon.get_data(index), vehicle.lat.get_data(index), 0.0});
-      set_entry(x, index, place.x, now);
-      set_entry(y, index, place.y, now);
+    const bool known = body.is_placed() && vehicle.knows_corner(index);
+    const Place place = body.place(vehicle.corner(index));
+    if (known) {
+      places.set(index, place, now);
     } else {
-      Detail::invalidate(x, index);
-      Detail::invalidate(y, index);
+      places.invalidate(index);
     }
   }
-  end_run(x, used);
-  end_run(y, used);
+  places.end(used);
 }
 
 // A point of an outline: the corners on either side, and the share of the way from left to right.
@@ -62,7 +50,7 @@ void set_point(bool wanted, const Vehicle& vehicle, const Body& body, const Lib:
   const std::size_t used = vehicle.corners_used();
   const bool known = body.is_placed() && point.left.good() && point.right.good() &&
                      point.scale.good() && left < used && right < used &&
-                     knows_corner(vehicle, left) && knows_corner(vehicle, right);
+                     vehicle.knows_corner(left) && vehicle.knows_corner(right);
   if (!known) {
     point.x.invalidate();
     point.y.invalidate();
@@ -72,35 +60,15 @@ void set_point(bool wanted, const Vehicle& vehicle, const Body& body, const Lib:
     const double from = run.get_data(left);
     return from + point.scale.get() * (run.get_data(right) - from);
   };
-  const Place place = body.place({between(vehicle.lon), between(vehicle.lat), 0.0});
+  const Place place = body.place(Place{between(vehicle.lon), between(vehicle.lat)});
   point.x.set(place.x, now);
   point.y.set(place.y, now);
 }
 
-// What a row of numbers spans.
-struct Span {
-  double least;
-  double most;
-
-  void add(double number) {
-    least = std::min(least, number);
-    most = std::max(most, number);
-  }
-  [[nodiscard]] double middle() const { return (least + most) / 2.0; }
-};
-
-// The centre of the rectangle around an outline; false if the outline is not known.
+// Where the centre of an outline is; false if that is not known.
 bool find_centre(const Vehicle& vehicle, const Body& body, Place& centre) {
-  const std::size_t used = vehicle.corners_used();
-  if (!body.is_placed() || used == 0) return false;
-  Span lon = {vehicle.lon.get_data(0), vehicle.lon.get_data(0)};
-  Span lat = {vehicle.lat.get_data(0), vehicle.lat.get_data(0)};
-  for (std::size_t index = 0; index < used; ++index) {
-    if (!knows_corner(vehicle, index)) return false;
-    lon.add(vehicle.lon.get_data(index));
-    lat.add(vehicle.lat.get_data(index));
-  }
-  centre = body.place({lon.middle(), lat.middle(), 0.0});
+  if (!body.is_placed() || !vehicle.centre_lon.good() || !vehicle.centre_lat.good()) return false;
+  centre = body.place(Place{vehicle.centre_lon.get(), vehicle.centre_lat.get()});
   return true;
 }
 
@@ -125,9 +93,10 @@ void compute_outlines(const Scene& scene) {
   DataMain& main = scene.main;
   DataTarget& target = scene.target;
   set_corners(scene.wanted.Get_Hunter_Local_Polygon(), scene.hunter_vehicle, scene.hunter,
-              scene.now, main.Hit_Hunter_PolygonPointsPosX(), main.Hit_Hunter_PolygonPointsPosY());
+              scene.now,
+              {main.Hit_Hunter_PolygonPointsPosX(), main.Hit_Hunter_PolygonPointsPosY()});
   set_corners(scene.wanted_of_target.Get_Local_Polygon(), scene.target_vehicle, scene.other,
-              scene.now, target.Hit_PolygonPointsPosX(), target.Hit_PolygonPointsPosY());
+              scene.now, {target.Hit_PolygonPointsPosX(), target.Hit_PolygonPointsPosY()});
   const bool wanted = scene.wanted_of_target.Get_Range_Nearest_Pos();
   for (const OutlinePoint& point : {TREL_RNG_OUTLINE_POINT(target, NearestHunPolyPtToTarPt),
                                     TREL_RNG_OUTLINE_POINT(target, NearestHunPolyPtToTarPoly)}) {

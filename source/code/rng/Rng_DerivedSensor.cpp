@@ -8,29 +8,6 @@ namespace Trel::Rng {
 
 namespace {
 
-// Two runs of places in the local frame.
-struct Places {
-  Run& x;
-  Run& y;
-
-  void reject() const {
-    reject_run(x);
-    reject_run(y);
-  }
-  void invalidate(std::size_t index) const {
-    Detail::invalidate(x, index);
-    Detail::invalidate(y, index);
-  }
-  void set(std::size_t index, const Place& place, const Lib::StampExt& now) const {
-    set_entry(x, index, place.x, now);
-    set_entry(y, index, place.y, now);
-  }
-  void end(std::size_t used) const {
-    end_run(x, used);
-    end_run(y, used);
-  }
-};
-
 // What is not told, as in the form without it, is 0.
 double or_zero(const Run& run, std::size_t index) {
   return run.good(index) ? run.get_data(index) : 0.0;
@@ -64,7 +41,7 @@ bool knows_sight(const DataMain& main, std::size_t index) {
          good_or_untold(main.Var_Hunter_SensorPointsPitch(), index);
 }
 
-void set_positions(bool wanted, std::size_t used, const Scene& scene, const Places& places) {
+void set_positions(bool wanted, std::size_t used, const Scene& scene, const PlaceRuns& places) {
   if (!wanted) return places.reject();
   for (std::size_t index = 0; index < used; ++index) {
     if (scene.hunter.is_placed() && knows_position(scene.main, index)) {
@@ -77,7 +54,7 @@ void set_positions(bool wanted, std::size_t used, const Scene& scene, const Plac
 }
 
 void set_limit(const Scene& scene, std::size_t index, const Lib::Triple& from,
-               const Lib::Triple& along, const Run& range, const Places& places) {
+               const Lib::Triple& along, const Run& range, const PlaceRuns& places) {
   if (!range.good(index)) return places.invalidate(index);
   const double r = range.get_data(index);
   places.set(index,
@@ -85,8 +62,8 @@ void set_limit(const Scene& scene, std::size_t index, const Lib::Triple& from,
              scene.now);
 }
 
-void set_regions(bool wanted, std::size_t used, const Scene& scene, const Places& near,
-                 const Places& far) {
+void set_regions(bool wanted, std::size_t used, const Scene& scene, const PlaceRuns& near,
+                 const PlaceRuns& far) {
   if (!wanted) {
     near.reject();
     far.reject();

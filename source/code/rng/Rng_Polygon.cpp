@@ -26,9 +26,23 @@ struct Points {
   Lib::StampExt now;
 };
 
+// What a row of numbers spans.
+struct Span {
+  double least;
+  double most;
+
+  void add(double number) {
+    least = std::min(least, number);
+    most = std::max(most, number);
+  }
+  [[nodiscard]] double middle() const { return (least + most) / 2.0; }
+};
+
 // The values of one vehicle's outline.
 struct Outline {
   Lib::VariableExt<unsigned int>& used;
+  Lib::VariableExt<double>& centre_lon;
+  Lib::VariableExt<double>& centre_lat;
   Run& lon;
   Run& lat;
   // What is computed from the corners.
@@ -36,6 +50,8 @@ struct Outline {
 
   void reject() const {
     used.reject();
+    centre_lon.reject();
+    centre_lat.reject();
     Detail::empty(lon, Lib::Flags::Rejected);
     Detail::empty(lat, Lib::Flags::Rejected);
     for (Run* run : places) shorten_run(*run, 0);
@@ -50,12 +66,34 @@ struct Outline {
       store(read_field<R>(p + raw_form(R).bytes), scale, lat, index, points.now);
     }
     used.set(static_cast<unsigned int>(points.used), points.now);
+    set_centre(points);
     for (Run* run : places) shorten_run(*run, points.used);
+  }
+
+  // The centre of the rectangle around the corners in use, along the vehicle's axes.
+  void set_centre(const Points& points) const {
+    Span along = {lon.get_data(0), lon.get_data(0)};
+    Span across = {lat.get_data(0), lat.get_data(0)};
+    bool known = points.used > 0;
+    for (std::size_t index = 0; index < points.used; ++index) {
+      known = known && lon.good(index) && lat.good(index);
+      along.add(lon.get_data(index));
+      across.add(lat.get_data(index));
+    }
+    if (!known) {
+      centre_lon.invalidate();
+      centre_lat.invalidate();
+      return;
+    }
+    centre_lon.set(along.middle(), points.now);
+    centre_lat.set(across.middle(), points.now);
   }
 };
 
 Outline outline_of(DataMain& main) {
   return {main.Hit_Hunter_PolygonPointsUsed(),
+          main.Hit_Hunter_PolygonCentreLon(),
+          main.Hit_Hunter_PolygonCentreLat(),
           main.Hit_Hunter_PolygonPointsLon(),
           main.Hit_Hunter_PolygonPointsLat(),
           {&main.Hit_Hunter_PolygonPointsPosX(), &main.Hit_Hunter_PolygonPointsPosY(),
@@ -64,6 +102,8 @@ Outline outline_of(DataMain& main) {
 
 Outline outline_of(DataTarget& target) {
   return {target.Hit_PolygonPointsUsed(),
+          target.Hit_PolygonCentreLon(),
+          target.Hit_PolygonCentreLat(),
           target.Hit_PolygonPointsLon(),
           target.Hit_PolygonPointsLat(),
           {&target.Hit_PolygonPointsPosX(), &target.Hit_PolygonPointsPosY(),

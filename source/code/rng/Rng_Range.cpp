@@ -100,7 +100,7 @@ void Visit::sensors() const {
     reject_run(distances);
     reject_run(visible);
     reject_run(shares);
-    return;
+    return dataTarget.Rej_Range_SensorPointsUsed();
   }
   std::size_t count = 0;
   for (unsigned int at = kSensors; count < kSensorPoints && packet.holds(at, kSensorBytes);
@@ -111,9 +111,15 @@ void Visit::sensors() const {
     store(read_field<Raw::U8>(p + 5), 1.0, shares, count, now);
     ++count;
   }
-  clear_from(distances, count);
-  clear_from(visible, count);
-  clear_from(shares, count);
+  const std::size_t before = dataTarget.Is_Range_SensorPointsUsed_Valid()
+                                 ? dataTarget.Get_Range_SensorPointsUsed()
+                                 : kSensorPoints;
+  for (std::size_t index = count; index < before; ++index) {
+    Detail::invalidate(distances, index);
+    Detail::invalidate(visible, index);
+    Detail::invalidate(shares, index);
+  }
+  dataTarget.Set_Range_SensorPointsUsed(static_cast<unsigned int>(count));
 }
 
 }  // namespace

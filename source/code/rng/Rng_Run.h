@@ -19,20 +19,11 @@ void reject_run(Lib::VarArrayExt<T>& run) {
   if (run.get_flags(0) != kRejectedEntry) Detail::empty(run, Lib::Flags::Rejected);
 }
 
-// Makes the entries from `used` on invalid, whatever they are. Mostly they are so already.
-template <Lib::ElementType T>
-void clear_from(Lib::VarArrayExt<T>& run, std::size_t used) {
-  unsigned int differences = 0;
-  for (std::size_t index = used; index < run.size(); ++index) {
-    differences |= static_cast<unsigned int>(run.get_flags(index).byte() ^ kInvalidEntry.byte());
-  }
-  if (differences == 0) return;
-  for (std::size_t index = used; index < run.size(); ++index) Detail::invalidate(run, index);
-}
-
-// The same of a run that has been computed up to `used`: the first entry tells of the others.
+// Makes the entries from `used` on invalid, of a run that has been computed up to there: the first
+// of them tells of the others.
 inline void end_run(Run& run, std::size_t used) {
-  if (used < run.size() && run.get_flags(used) != kInvalidEntry) clear_from(run, used);
+  if (used >= run.size() || run.get_flags(used) == kInvalidEntry) return;
+  for (std::size_t index = used; index < run.size(); ++index) Detail::invalidate(run, index);
 }
 
 // The number in use is now `used`: values behind it become invalid.
@@ -42,9 +33,35 @@ inline void shorten_run(Run& run, std::size_t used) {
   }
 }
 
-inline void set_entry(Run& run, std::size_t index, double value, const Lib::StampExt& now) {
-  run.set(index, now);
-  run.set_data(index, value);
-}
+// A place, or a direction, in the plane of the local frame.
+struct Place {
+  double x = 0.0;
+  double y = 0.0;
+};
+
+// The two runs that tell a row of places.
+struct PlaceRuns {
+  Run& x;
+  Run& y;
+
+  void reject() const {
+    reject_run(x);
+    reject_run(y);
+  }
+  void invalidate(std::size_t index) const {
+    Detail::invalidate(x, index);
+    Detail::invalidate(y, index);
+  }
+  void set(std::size_t index, const Place& place, const Lib::StampExt& now) const {
+    x.set(index, now);
+    y.set(index, now);
+    x.set_data(index, place.x);
+    y.set_data(index, place.y);
+  }
+  void end(std::size_t used) const {
+    end_run(x, used);
+    end_run(y, used);
+  }
+};
 
 }  // namespace Trel::Rng

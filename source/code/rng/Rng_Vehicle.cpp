@@ -11,6 +11,8 @@ Vehicle hunter_of(const ComData& data) {
           main.Var_Hunter_Roll(),
           main.Var_Hunter_PolygonOriginPosX(),
           main.Var_Hunter_PolygonOriginPosY(),
+          main.Var_Hunter_PolygonCentreLon(),
+          main.Var_Hunter_PolygonCentreLat(),
           main.Var_Hunter_PolygonPointsUsed(),
           main.Var_Hunter_PolygonPointsLon(),
           main.Var_Hunter_PolygonPointsLat()};
@@ -23,6 +25,8 @@ Vehicle target_of(const ComData& data, unsigned int target) {
           record.Var_Roll(),
           record.Var_PolygonOriginPosX(),
           record.Var_PolygonOriginPosY(),
+          record.Var_PolygonCentreLon(),
+          record.Var_PolygonCentreLat(),
           record.Var_PolygonPointsUsed(),
           record.Var_PolygonPointsLon(),
           record.Var_PolygonPointsLat()};
@@ -35,10 +39,9 @@ Body::Body(const Vehicle& vehicle, const Real& reference, bool wanted)
                  vehicle.origin_y.good()) {
   if (!has_attitude_) return;
   const double from = reference.good() ? reference.get() : 0.0;
-  const Lib::Vector angles((vehicle.heading.get() - from) * Lib::kRadiansPerDegree,
-                           vehicle.pitch.get() * Lib::kRadiansPerDegree,
-                           vehicle.roll.get() * Lib::kRadiansPerDegree);
-  Lib::Euler2DirCos(&axes_, &angles);
+  Lib::set_rotation(axes_, {(vehicle.heading.get() - from) * Lib::kRadiansPerDegree,
+                            vehicle.pitch.get() * Lib::kRadiansPerDegree,
+                            vehicle.roll.get() * Lib::kRadiansPerDegree});
   if (is_placed_) origin_ = {vehicle.origin_x.get(), vehicle.origin_y.get()};
 }
 

@@ -14,12 +14,6 @@ namespace Trel::Rng {
 
 using Real = Lib::VariableExt<double>;
 
-// A place, or a direction, in the plane of the local frame.
-struct Place {
-  double x = 0.0;
-  double y = 0.0;
-};
-
 // The values of one vehicle, under the names that differ between the hunter and targets.
 struct Vehicle {
   const Real& heading;
@@ -27,11 +21,20 @@ struct Vehicle {
   const Real& roll;
   const Real& origin_x;
   const Real& origin_y;
+  const Real& centre_lon;
+  const Real& centre_lat;
   const Lib::VariableExt<unsigned int>& corners;
   const Run& lon;
   const Run& lat;
 
   [[nodiscard]] std::size_t corners_used() const { return corners.good() ? corners.get() : 0; }
+  // Whether a corner is known, and where it is; `index` must be below the size of the runs.
+  [[nodiscard]] bool knows_corner(std::size_t index) const {
+    return (lon.get_flags(index) | lat.get_flags(index)).good();
+  }
+  [[nodiscard]] Place corner(std::size_t index) const {
+    return {lon.get_data(index), lat.get_data(index)};
+  }
 };
 
 [[nodiscard]] Vehicle hunter_of(const ComData& data);
@@ -62,7 +65,12 @@ class Body {
   // From the vehicle's axes to the local frame; from those of north, if the reference is not known.
   [[nodiscard]] const Lib::Matrix& axes() const { return axes_; }
 
-  // Where a point of the vehicle is, told from the origin of its outline.
+  // Where a point of the vehicle is, told from the origin of its outline; in the plane of that, or
+  // anywhere.
+  [[nodiscard]] Place place(const Place& point) const {
+    return {origin_.x + (axes_(0, 0) * point.x + axes_(0, 1) * point.y),
+            origin_.y + (axes_(1, 0) * point.x + axes_(1, 1) * point.y)};
+  }
   [[nodiscard]] Place place(const Lib::Triple& point) const {
     const Lib::Triple v = Lib::turned(axes_, point);
     return {origin_.x + v.x, origin_.y + v.y};
