@@ -14,7 +14,7 @@ using Trel::Lib::ByteOrder;
 using Bytes = std::array<unsigned char, 8>;
 __extension__ using Wide = __int128;
 
-constexpr unsigned kSeed = 20240229;
+constexpr unsigned kCastSeed = 20240229;
 constexpr unsigned char kGuard = 0xA5;
 
 Wide power_of_two(int exponent) {
@@ -72,7 +72,7 @@ void check(const Pair<T>& pair) {
       }
     }
   }
-  std::mt19937 random(kSeed);
+  std::mt19937 random(kCastSeed);
   for (int round = 0; round < 2000; ++round) {
     Bytes bytes;
     for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(random());
@@ -86,7 +86,7 @@ void check(const Pair<T>& pair) {
                                     cast_##type##_to_##n##_byte_##order})
 
 TEST(Cast, little_endian_bytes_of_every_count_up_to_the_width_make_an_unsigned_number) {
-  SCOPED_TRACE(kSeed);
+  SCOPED_TRACE(kCastSeed);
   CHECK_PAIR(1, LE, uint8);
   CHECK_PAIR(1, LE, uint16);
   CHECK_PAIR(2, LE, uint16);
@@ -105,7 +105,7 @@ TEST(Cast, little_endian_bytes_of_every_count_up_to_the_width_make_an_unsigned_n
 }
 
 TEST(Cast, little_endian_bytes_of_every_count_up_to_the_width_make_a_number_with_its_sign) {
-  SCOPED_TRACE(kSeed);
+  SCOPED_TRACE(kCastSeed);
   CHECK_PAIR(1, LE, int8);
   CHECK_PAIR(1, LE, int16);
   CHECK_PAIR(2, LE, int16);
@@ -124,7 +124,7 @@ TEST(Cast, little_endian_bytes_of_every_count_up_to_the_width_make_a_number_with
 }
 
 TEST(Cast, big_endian_bytes_make_a_number_of_their_width_and_int32_from_two_and_three) {
-  SCOPED_TRACE(kSeed);
+  SCOPED_TRACE(kCastSeed);
   CHECK_PAIR(1, BE, uint8);
   CHECK_PAIR(2, BE, uint16);
   CHECK_PAIR(4, BE, uint32);
@@ -238,7 +238,7 @@ std::vector<T> interesting_values() {
       }
     }
   }
-  std::mt19937_64 random(kSeed);
+  std::mt19937_64 random(kCastSeed);
   for (int round = 0; round < 2000; ++round) {
     values.push_back(static_cast<T>(random() >> (round % 64)));
     values.push_back(static_cast<T>(0 - (random() >> (round % 64))));
@@ -265,7 +265,7 @@ Wide saturated_unsigned(Wide value, int bits) {
   }
 #define TEST_FIX(type)                             \
   TEST(CastFix, type##_saturates_in_every_width) { \
-    SCOPED_TRACE(kSeed);                           \
+    SCOPED_TRACE(kCastSeed);                       \
     CHECK_FIX(type, 8)                             \
     CHECK_FIX(type, 16)                            \
     CHECK_FIX(type, 24)                            \
@@ -374,8 +374,8 @@ TEST(CastRealFix, halves_round_upwards_on_both_sides_of_zero) {
 }
 
 TEST(CastRealFix, ordinary_values_are_the_floor_of_the_value_and_a_half) {
-  SCOPED_TRACE(kSeed);
-  std::mt19937_64 random(kSeed);
+  SCOPED_TRACE(kCastSeed);
+  std::mt19937_64 random(kCastSeed);
   std::uniform_real_distribution<double> narrow(-126.5, 126.5);
   std::uniform_real_distribution<double> wide(-1.4e14, 1.4e14);
   for (int round = 0; round < 20000; ++round) {
@@ -457,8 +457,8 @@ TEST(CastCounter, the_full_counter_wraps_in_its_own_width) {
 }
 
 TEST(CastCounter, the_result_is_the_first_match_at_or_after_the_previous_value) {
-  SCOPED_TRACE(kSeed);
-  std::mt19937_64 random(kSeed);
+  SCOPED_TRACE(kCastSeed);
+  std::mt19937_64 random(kCastSeed);
   for (int round = 0; round < 20000; ++round) {
     const unsigned long long previous = random() >> 8;
     const auto low = static_cast<unsigned short>(random());

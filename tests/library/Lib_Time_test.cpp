@@ -16,7 +16,7 @@ namespace {
 using namespace Trel::Lib;
 using namespace std::chrono_literals;
 
-constexpr unsigned kSeed = 19800106;
+constexpr unsigned kTimeSeed = 19800106;
 constexpr int kIntMax = std::numeric_limits<int>::max();
 constexpr int kIntMin = std::numeric_limits<int>::min();
 constexpr long long kMax = std::numeric_limits<long long>::max();
@@ -350,8 +350,8 @@ TEST(UtcTime, a_leap_second_before_the_epoch_is_raised_from_a_negative_second) {
 }
 
 TEST(UtcTime, every_other_second_comes_back) {
-  SCOPED_TRACE(kSeed);
-  std::mt19937_64 random(kSeed);
+  SCOPED_TRACE(kTimeSeed);
+  std::mt19937_64 random(kTimeSeed);
   std::uniform_int_distribution<long long> seconds(-300000000, 2000000000);
   for (int round = 0; round < 100000; ++round) {
     const long long second = seconds(random);
@@ -398,8 +398,8 @@ TEST(UtcNano, the_rest_of_a_second_is_taken_apart_and_put_together) {
 }
 
 TEST(UtcNano, nanoseconds_over_a_wide_range_come_back) {
-  SCOPED_TRACE(kSeed);
-  std::mt19937_64 random(kSeed);
+  SCOPED_TRACE(kTimeSeed);
+  std::mt19937_64 random(kTimeSeed);
   for (int round = 0; round < 100000; ++round) {
     const auto nanos = static_cast<long long>(random());
     if (nanos < 0 && is_leap_at_gps(nanos / kSecond)) continue;

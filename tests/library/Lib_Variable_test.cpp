@@ -12,11 +12,11 @@ namespace {
 using namespace Trel;
 using namespace Trel::Lib;
 
-constexpr long long kTime = 1234567890123456789;
+constexpr long long kMoment = 1234567890123456789;
 
-StampExt stamp(int flags, long long extra = 0) {
+StampExt extended(int flags, long long extra = 0) {
   StampExt result;
-  result.set_nano(kTime);
+  result.set_nano(kMoment);
   result.set_flags(Flags(static_cast<unsigned char>(flags)));
   result.set_extra(extra);
   return result;
@@ -43,28 +43,28 @@ TYPED_TEST(Variable, a_fresh_one_is_0_and_rejected) {
 
 TYPED_TEST(Variable, setting_makes_it_good_and_takes_time_and_timeless) {
   VariableExt<TypeParam> variable;
-  variable.set(TypeParam{1}, stamp(0x4F));
+  variable.set(TypeParam{1}, extended(0x4F));
   EXPECT_EQ(variable.get(), TypeParam{1});
-  EXPECT_EQ(variable.get_nano(), kTime);
+  EXPECT_EQ(variable.get_nano(), kMoment);
   EXPECT_EQ(variable.get_flags().byte(), 0x00);
-  variable.set(TypeParam{1}, stamp(0xFF, 7));
+  variable.set(TypeParam{1}, extended(0xFF, 7));
   EXPECT_EQ(variable.get_flags().byte(), 0x10);
   EXPECT_EQ(variable.get_extra(), 7);
 }
 
 TYPED_TEST(Variable, putting_leaves_flags_and_time) {
   VariableExt<TypeParam> variable;
-  variable.set(TypeParam{0}, stamp(0x10));
+  variable.set(TypeParam{0}, extended(0x10));
   variable.setStale();
   variable.put(TypeParam{1});
   EXPECT_EQ(variable.get(), TypeParam{1});
-  EXPECT_EQ(variable.get_nano(), kTime);
+  EXPECT_EQ(variable.get_nano(), kMoment);
   EXPECT_EQ(variable.get_flags().byte(), 0x11);
 }
 
 TYPED_TEST(Variable, reset_reject_and_invalidate_clear_the_value) {
   VariableExt<TypeParam> set;
-  set.set(TypeParam{1}, stamp(0, 7));
+  set.set(TypeParam{1}, extended(0, 7));
 
   auto variable = set;
   variable.reset();
@@ -85,12 +85,12 @@ TYPED_TEST(Variable, reset_reject_and_invalidate_clear_the_value) {
 
 TYPED_TEST(Variable, copies_carry_value_and_stamp) {
   VariableExt<TypeParam> source;
-  source.set(TypeParam{1}, stamp(0x10, 7));
+  source.set(TypeParam{1}, extended(0x10, 7));
   source.setApprox();
   VariableExt<TypeParam> target;
   target = source;
   EXPECT_EQ(target.get(), TypeParam{1});
-  EXPECT_EQ(target.get_nano(), kTime);
+  EXPECT_EQ(target.get_nano(), kMoment);
   EXPECT_EQ(target.get_flags().byte(), 0x12);
   EXPECT_EQ(target.get_extra(), 7);
 }
@@ -98,19 +98,19 @@ TYPED_TEST(Variable, copies_carry_value_and_stamp) {
 TYPED_TEST(Variable, one_made_of_a_dynamic_value_has_its_stamp_unchanged) {
   DynamicS<StampExt> dynamic;
   dynamic = 1.0;
-  dynamic.set_nano(kTime);
+  dynamic.set_nano(kMoment);
   dynamic.set_flags(Flags(0x4F));
   dynamic.set_extra(7);
   const VariableExt<TypeParam> variable(dynamic);
   EXPECT_EQ(variable.get(), TypeParam{1});
-  EXPECT_EQ(variable.get_nano(), kTime);
+  EXPECT_EQ(variable.get_nano(), kMoment);
   EXPECT_EQ(variable.get_flags().byte(), 0x4F);
   EXPECT_EQ(variable.get_extra(), 7);
 }
 
 TEST(VariableNegate, the_value_changes_sign_and_over_becomes_under) {
   VariableExt<short> variable;
-  variable.set(5, stamp(0));
+  variable.set(5, extended(0));
   variable.setOver();
   variable.negate();
   EXPECT_EQ(variable.get(), -5);
@@ -121,7 +121,7 @@ TEST(VariableNegate, the_value_changes_sign_and_over_becomes_under) {
   variable.wipe();
   variable.negate();
   EXPECT_EQ(variable.get_flags().byte(), 0x00);
-  EXPECT_EQ(variable.get_nano(), kTime);
+  EXPECT_EQ(variable.get_nano(), kMoment);
 }
 
 TEST(VariableNegate, integers_wrap_zero_gets_its_sign_and_a_bool_stays) {
@@ -144,9 +144,9 @@ TYPED_TEST(VariableArray, new_elements_are_0_and_rejected_and_old_ones_stay) {
   EXPECT_EQ(array.get_flags(0).byte(), 0x80);
   array.resize(3);
   array.set_data(0, TypeParam{1});
-  array.set(0, stamp(0));
+  array.set(0, extended(0));
   array.set_data(2, TypeParam{1});
-  array.set(2, stamp(0));
+  array.set(2, extended(0));
   array.resize(1);
   array.resize(3);
   EXPECT_EQ(array.size(), 3u);
@@ -168,7 +168,7 @@ TYPED_TEST(VariableArray, storing_a_value_leaves_its_stamp_and_its_neighbours) {
 TYPED_TEST(VariableArray, rejecting_clears_values_times_and_flags) {
   VarArrayExt<TypeParam> array(2);
   array.set_data(1, TypeParam{1});
-  array.set(1, stamp(0, 7));
+  array.set(1, extended(0, 7));
   array.reject();
   EXPECT_EQ(array.size(), 2u);
   EXPECT_EQ(array.get_data(1), TypeParam{});
@@ -180,20 +180,20 @@ TYPED_TEST(VariableArray, rejecting_clears_values_times_and_flags) {
 TYPED_TEST(VariableArray, assignment_takes_size_values_and_stamps) {
   VarArrayExt<TypeParam> source(2);
   source.set_data(1, TypeParam{1});
-  source.set(1, stamp(0x10));
+  source.set(1, extended(0x10));
   VarArrayExt<TypeParam> target(5);
   target = source;
   EXPECT_EQ(target.size(), 2u);
   EXPECT_EQ(target.get_data(1), TypeParam{1});
   EXPECT_EQ(target.get_flags(1).byte(), 0x10);
-  EXPECT_EQ(target.get_nano(1), kTime);
+  EXPECT_EQ(target.get_nano(1), kMoment);
 }
 
 TEST(VariableArrayNegate, every_element_changes_sign_and_swaps_its_limits) {
   VarArrayExt<int> array(3);
   for (std::size_t i = 0; i < 3; ++i) {
     array.set_data(i, static_cast<int>(i) + 1);
-    array.set(i, stamp(0));
+    array.set(i, extended(0));
   }
   array.setOver(0);
   array.setUnder(1);
@@ -360,7 +360,7 @@ TEST(DynamicValue, a_real_number_out_of_range_becomes_the_nearest_end_and_nan_0)
 TEST(DynamicValue, invalidating_clears_stamp_and_value_and_keeps_the_tag) {
   DynamicS<StampExt> value;
   value = 2.5;
-  value.set_nano(kTime);
+  value.set_nano(kMoment);
   value.set_extra(7);
   value.invalidate();
   EXPECT_EQ(value.type(), Enum::BASIC_TYPE_double);
@@ -372,22 +372,22 @@ TEST(DynamicValue, invalidating_clears_stamp_and_value_and_keeps_the_tag) {
 
 TEST(DynamicValue, assigning_a_value_leaves_the_stamp) {
   DynamicS<Stamp> value;
-  value.set_nano(kTime);
+  value.set_nano(kMoment);
   value.set_flags(Flags(0x12));
   value = 1;
-  EXPECT_EQ(value.get_nano(), kTime);
+  EXPECT_EQ(value.get_nano(), kMoment);
   EXPECT_EQ(value.get_flags().byte(), 0x12);
 }
 
 TEST(DynamicValue, copies_carry_value_tag_stamp_and_converter) {
   DynamicS<Stamp> source;
   source = 7;
-  source.set_nano(kTime);
+  source.set_nano(kMoment);
   source.set_converter<int>([](int value) { return "#" + std::to_string(value); });
   const DynamicS<Stamp> copy(source);
   EXPECT_EQ(copy.type(), Enum::BASIC_TYPE_int32_t);
   EXPECT_EQ(static_cast<int>(copy), 7);
-  EXPECT_EQ(copy.get_nano(), kTime);
+  EXPECT_EQ(copy.get_nano(), kMoment);
   EXPECT_EQ(copy.text(), "#7");
 }
 

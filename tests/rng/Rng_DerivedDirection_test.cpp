@@ -5,8 +5,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr double kNear = 1e-9;
-
 TEST(DerivedDirection, a_direction_is_the_heading_from_axis_x_within_a_turn) {
   Scene scene;
   reference(scene, 30).take(placed({.heading = 120}, {.heading = 10}));

@@ -9,8 +9,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr double kNear = 1e-9;
-
 void expect_rotation(const Scene& scene, const std::string& name, double heading, double pitch,
                      double roll) {
   EXPECT_NEAR(scene.number(name + "Heading"), heading, kNear) << name;

@@ -7,8 +7,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr double kNear = 1e-9;
-
 // A form of ISO: the value that it is, or with a minus the negative of it.
 struct Form {
   std::string iso;

@@ -7,8 +7,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr double kNear = 1e-9;
-
 void expect_corner(const Scene& scene, const std::string& vehicle, std::size_t index, double x,
                    double y) {
   EXPECT_NEAR(scene.number(vehicle + "PolygonPointsPosX", index), x, kNear) << index;

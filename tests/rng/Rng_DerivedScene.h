@@ -12,6 +12,9 @@
 
 namespace Trel::Rng::Test {
 
+// Metres or degrees by which results may miss.
+inline constexpr double kNear = 1e-9;
+
 struct Pose {
   double heading = 0.0;
   double pitch = 0.0;

@@ -5,8 +5,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr double kNear = 1e-9;
-
 // A sensor in the hunter's axes; metres and degrees.
 struct Sensor {
   double lon = 0;

@@ -10,8 +10,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr double kAngle = 0.000174532925199433 * 57.29577951308232;
-
 const std::vector<Field> kFirstForm = {
     {"Lane_LineNumberAL", 6, 1, 1},         {"Lane_LineNumberAR", 7, 1, 1},
     {"Lane_DisAlongLine1", 8, -4, 0.001},   {"Lane_LatDisALtoA", 12, -2, 0.001},

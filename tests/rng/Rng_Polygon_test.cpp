@@ -11,7 +11,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr unsigned char kThreeBytes = 0x80;
 constexpr unsigned char kThreeValues = 0x40;
 
 // A packet of corners (longitudinal, lateral, as numbers), of `form` without its count.

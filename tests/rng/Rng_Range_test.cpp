@@ -10,8 +10,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr double kAngle = 0.000174532925199433 * 57.29577951308232;
-
 const std::vector<Field> kFields = {
     {"Target1_RangeLat", 8, -4, 0.001},
     {"Target1_RangeLon", 12, -4, 0.001},

@@ -19,6 +19,11 @@
 
 namespace Trel::Rng::Test {
 
+// Degrees of one count of an angle, which is 0.01 degrees told in radians.
+inline constexpr double kAngle = 0.000174532925199433 * 57.29577951308232;
+// The bit of a form that says that coordinates take three bytes, and not two.
+inline constexpr unsigned char kThreeBytes = 0x80;
+
 using Support::Bytes;
 using Support::join;
 using Support::little;

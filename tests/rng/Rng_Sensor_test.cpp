@@ -10,7 +10,6 @@
 namespace Trel::Rng::Test {
 namespace {
 
-constexpr unsigned char kThreeBytes = 0x80;
 constexpr unsigned char kTenValues = 0x40;
 
 struct Sensor {
