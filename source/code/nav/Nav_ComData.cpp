@@ -24,17 +24,13 @@ void mark_off(const Lib::VariableExt<T>& a, const Lib::VariableExt<U>& b, Settin
 }  // namespace
 
 void ComDataGps::Invalidate() {
-  Lib::StampExt none;
-  none.invalidate();
-  SetReference(none);
+  InvalidateReference();
 #define VALUE(name, ...) name##_.invalidate();
 #include "nav/Nav_ComDataGps.def"
 }
 
 void ComDataMeasurePt::Invalidate() {
-  Lib::StampExt none;
-  none.invalidate();
-  SetReference(none);
+  InvalidateReference();
 #define VALUE(name, ...) name##_.invalidate();
 #include "nav/Nav_ComDataMeasurePt.def"
 }
@@ -50,9 +46,7 @@ void ComData::Invalidate() {
 }
 
 void ComData::SetNano(long long value) {
-  Nano_.wipe();
-  Nano_.set_nano(value);
-  Nano_.put(value);
+  Lib::set_record_time(Nano_, value);
 }
 
 void ComData::ShareNano() {

@@ -18,8 +18,7 @@
 #include <array>
 #include <cstddef>
 
-#include "enum/Enum.h"
-#include "library/Lib_Variable.h"
+#include "library/Lib_Accessor.h"
 #include "nav/Nav_Text.h"
 
 namespace Trel::Nav {
@@ -33,46 +32,22 @@ enum class Family : unsigned char { None = 0, NCom = 1, MCom = 2, Both = 3 };
 }
 
 // The accessors, from the rows of a table. reference() is what values are stamped with.
-#define TREL_NAV_READ(name, type)                                 \
-  [[nodiscard]] bool Is##name##Valid() const {                    \
-    return name##_.good();                                        \
-  }                                                               \
-  [[nodiscard]] const Lib::VariableExt<type>& Var##name() const { \
-    return name##_;                                               \
-  }                                                               \
-  [[nodiscard]] Lib::VariableExt<type>& Hit##name() {             \
-    return name##_;                                               \
-  }
-#define TREL_NAV_OWN(name, type, ...)    \
-  TREL_NAV_READ(name, type)              \
-  [[nodiscard]] type Get##name() const { \
-    return name##_.get();                \
-  }
-#define TREL_NAV_VALUE(name, type, ...) \
-  TREL_NAV_OWN(name, type, )            \
-  void Set##name(type value) {          \
-    name##_.set(value, reference());    \
-  }                                     \
-  void Inv##name() {                    \
-    name##_.invalidate();               \
-  }
+#define TREL_NAV_READ(name, type) \
+  TREL_ACCESSOR_READ(Is##name##Valid, Var##name, Hit##name, name##_, type)
+#define TREL_NAV_OWN(name, type, ...) \
+  TREL_NAV_READ(name, type)           \
+  TREL_ACCESSOR_GET(Get##name, name##_, type)
+#define TREL_NAV_VALUE(name, type, ...)       \
+  TREL_NAV_OWN(name, type, )                  \
+  TREL_ACCESSOR_SET(Set##name, name##_, type) \
+  TREL_ACCESSOR_INV(Inv##name, name##_)
 #define TREL_NAV_OWN_CODE(name, enumeration, ...)              \
   TREL_NAV_READ(name, Enum::Traits<Enum::enumeration>::Number) \
-  [[nodiscard]] Enum::enumeration Get##name() const {          \
-    return static_cast<Enum::enumeration>(name##_.get());      \
-  }
-#define TREL_NAV_CODE(name, enumeration, ...)         \
-  TREL_NAV_OWN_CODE(name, enumeration, )              \
-  void Set##name(Enum::enumeration member) {          \
-    name##_.set(member, reference());                 \
-  }                                                   \
-  template <Enum::Integer I>                          \
-  void Set##name(I number) {                          \
-    Set##name(Enum::Cast<Enum::enumeration>(number)); \
-  }                                                   \
-  void Inv##name() {                                  \
-    name##_.invalidate();                             \
-  }
+  TREL_ACCESSOR_GET_CODE(Get##name, name##_, enumeration)
+#define TREL_NAV_CODE(name, enumeration, ...)             \
+  TREL_NAV_OWN_CODE(name, enumeration, )                  \
+  TREL_ACCESSOR_SET_CODE(Set##name, name##_, enumeration) \
+  TREL_ACCESSOR_INV(Inv##name, name##_)
 #define TREL_NAV_TEXT(name, length, ...)                \
   [[nodiscard]] bool Is##name##Valid() const {          \
     return name##_.good();                              \
@@ -95,20 +70,8 @@ enum class Family : unsigned char { None = 0, NCom = 1, MCom = 2, Both = 3 };
   }
 #define TREL_NAV_MEMBER(name, type, ...) Lib::VariableExt<type> name##_;
 
-// A part of the record that is stamped with a copy of the main Nano stamp, given to it.
-class ComDataPart {
- public:
-  void SetReference(const Lib::StampExt& nano) { reference_ = nano; }
-
- protected:
-  [[nodiscard]] const Lib::StampExt& reference() const { return reference_; }
-
- private:
-  Lib::StampExt reference_;
-};
-
 // The values of one satellite receiver.
-class ComDataGps : public ComDataPart {
+class ComDataGps : public Lib::StampedPart {
  public:
   ComDataGps() { Invalidate(); }
   // Makes every value, and the reference, invalid.
@@ -124,7 +87,7 @@ class ComDataGps : public ComDataPart {
 };
 
 // The values of one measure point.
-class ComDataMeasurePt : public ComDataPart {
+class ComDataMeasurePt : public Lib::StampedPart {
  public:
   ComDataMeasurePt() { Invalidate(); }
   // Makes every value, and the reference, invalid.

@@ -2,24 +2,14 @@
 
 namespace Trel::Rng {
 
-namespace {
-
-Lib::StampExt no_stamp() {
-  Lib::StampExt none;
-  none.invalidate();
-  return none;
-}
-
-}  // namespace
-
 void DataWrap::Invalidate() {
-  SetReference(no_stamp());
+  InvalidateReference();
 #define VALUE(name, ...) Inv_##name();
 #include "rng/Rng_ComDataWrap.def"
 }
 
 void DataTarget::Invalidate() {
-  SetReference(no_stamp());
+  InvalidateReference();
 #define VALUE(name, ...) Inv_##name();
 #define HELD(name, ...) Inv_##name();
 #define ARRAY(name, ...) Inv_##name();
@@ -34,9 +24,7 @@ void DataMain::Invalidate() {
 }
 
 void DataMain::Set_Nano(long long value) {
-  Nano_.wipe();
-  Nano_.set_nano(value);
-  Nano_.put(value);
+  Lib::set_record_time(Nano_, value);
 }
 
 void ComData::Invalidate() {

@@ -19,8 +19,7 @@
 #include <array>
 #include <cstddef>
 
-#include "enum/Enum.h"
-#include "library/Lib_Variable.h"
+#include "library/Lib_Accessor.h"
 
 namespace Trel::Rng {
 
@@ -29,47 +28,23 @@ inline constexpr std::size_t kPolygonPoints = 256;
 inline constexpr std::size_t kSensorPoints = 64;
 
 // The accessors, from the rows of a table. reference() is what values are stamped with.
-#define TREL_RNG_READ(name, type)                                  \
-  [[nodiscard]] bool Is_##name##_Valid() const {                   \
-    return name##_.good();                                         \
-  }                                                                \
-  [[nodiscard]] const Lib::VariableExt<type>& Var_##name() const { \
-    return name##_;                                                \
-  }                                                                \
-  [[nodiscard]] Lib::VariableExt<type>& Hit_##name() {             \
-    return name##_;                                                \
-  }
-#define TREL_RNG_EMPTY(name) \
-  void Inv_##name() {        \
-    name##_.invalidate();    \
-  }                          \
-  void Rej_##name() {        \
-    name##_.reject();        \
-  }
-#define TREL_RNG_OWN(name, type, ...)     \
-  TREL_RNG_READ(name, type)               \
-  [[nodiscard]] type Get_##name() const { \
-    return name##_.get();                 \
-  }
+#define TREL_RNG_READ(name, type) \
+  TREL_ACCESSOR_READ(Is_##name##_Valid, Var_##name, Hit_##name, name##_, type)
+#define TREL_RNG_EMPTY(name)             \
+  TREL_ACCESSOR_INV(Inv_##name, name##_) \
+  TREL_ACCESSOR_REJ(Rej_##name, name##_)
+#define TREL_RNG_OWN(name, type, ...) \
+  TREL_RNG_READ(name, type)           \
+  TREL_ACCESSOR_GET(Get_##name, name##_, type)
 #define TREL_RNG_VALUE(name, type, ...) \
   TREL_RNG_OWN(name, type, )            \
   TREL_RNG_EMPTY(name)                  \
-  void Set_##name(type value) {         \
-    name##_.set(value, reference());    \
-  }
+  TREL_ACCESSOR_SET(Set_##name, name##_, type)
 #define TREL_RNG_CODE(name, enumeration, ...)                  \
   TREL_RNG_READ(name, Enum::Traits<Enum::enumeration>::Number) \
   TREL_RNG_EMPTY(name)                                         \
-  [[nodiscard]] Enum::enumeration Get_##name() const {         \
-    return static_cast<Enum::enumeration>(name##_.get());      \
-  }                                                            \
-  void Set_##name(Enum::enumeration member) {                  \
-    name##_.set(member, reference());                          \
-  }                                                            \
-  template <Enum::Integer I>                                   \
-  void Set_##name(I number) {                                  \
-    Set_##name(Enum::Cast<Enum::enumeration>(number));         \
-  }
+  TREL_ACCESSOR_GET_CODE(Get_##name, name##_, enumeration)     \
+  TREL_ACCESSOR_SET_CODE(Set_##name, name##_, enumeration)
 #define TREL_RNG_ARRAY(name, type, ...)                            \
   [[nodiscard]] bool Is_##name##_Valid(std::size_t index) const {  \
     return name##_.good(index);                                    \
@@ -129,20 +104,8 @@ void empty(Lib::VarArrayExt<T>& run, Lib::Flags::Bit bit) {
 
 }  // namespace Detail
 
-// A part of the record that is stamped with a copy of the main Nano stamp, given to it.
-class DataPart {
- public:
-  void SetReference(const Lib::StampExt& nano) { reference_ = nano; }
-
- protected:
-  [[nodiscard]] const Lib::StampExt& reference() const { return reference_; }
-
- private:
-  Lib::StampExt reference_;
-};
-
 // What is known of one source of navigation packets.
-class DataWrap : public DataPart {
+class DataWrap : public Lib::StampedPart {
  public:
   DataWrap() { Invalidate(); }
   // Makes every value, and the reference, invalid.
@@ -158,7 +121,7 @@ class DataWrap : public DataPart {
 };
 
 // What one target reports, and what is computed from it.
-class DataTarget : public DataPart {
+class DataTarget : public Lib::StampedPart {
  public:
   DataTarget() { Invalidate(); }
   // Makes every value, and the reference, invalid.
