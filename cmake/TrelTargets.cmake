@@ -82,10 +82,10 @@ endfunction()
 # trel_test(NAME [SHIPPED] [PREFIX text] SOURCES file... [ALONE file...] LINK target...)
 #
 # Makes the test program test_NAME and registers each of its tests with CTest, behind the prefix and
-# under the label NAME. Under the sanitizers it is registered as a whole, since starting a program is
-# dear there, and its SOURCES are compiled as one, since what their headers bring costs more
-# than they do: so they must not give one name to two things. The files ALONE may. SHIPPED puts
-# the tests under the label shipped, too: what the optimised build could break by itself.
+# under the label NAME; under the sanitizers it is registered as a whole, since starting a program is
+# dear there. With TRAKDUMP_UNITY_TESTS its SOURCES are compiled as one, since what their headers
+# bring costs more than they do: so they must not give one name to two things. The files ALONE may.
+# SHIPPED puts the tests under the label shipped, too: what the optimised build could break by itself.
 function(trel_test name)
   cmake_parse_arguments(ARG "SHIPPED" "PREFIX" "SOURCES;ALONE;LINK" ${ARGN})
   set(target test_${name})
@@ -99,9 +99,11 @@ function(trel_test name)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${target} PRIVATE trel_test_options ${ARG_LINK})
   target_precompile_headers(${target} REUSE_FROM test_precompiled)
-  if(TRAKDUMP_SANITIZE)
+  if(TRAKDUMP_UNITY_TESTS)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
     set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
+  if(TRAKDUMP_SANITIZE)
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES TIMEOUT 600 LABELS "${labels}")
   else()
