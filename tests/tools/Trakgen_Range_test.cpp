@@ -394,7 +394,7 @@ Place told(const std::vector<Place>& outline, const std::string& packet, std::si
 }
 
 TEST(TrakgenRange, nearest_points_are_nearest) {
-  const Texts packets = measured({"--seconds", "45", "--targets", "4"});
+  const Texts packets = measured({"--seconds", "45", "--targets", "4", "--range-rate", "20"});
   const auto outlines = outlines_of(packets);
   // Half a step of the share, on an edge of 9 metres, and a step of the places.
   constexpr double kClose = 0.02;
