@@ -30,14 +30,14 @@ TEST(AccessNCom, has_exactly_its_667_names) {
   const auto names = names_of(AccessNCom::shared());
   EXPECT_EQ(names.size(), 667U);
   EXPECT_EQ(AccessNCom::shared().size(), 667U) << "each name in one kind only";
-  EXPECT_THAT(names, ContainerEq(names_in("ncom.txt")));
+  EXPECT_THAT(names, ContainerEq(names_in(TREL_STO_ELEMENTS "/ncom.txt")));
 }
 
 TEST(AccessMCom, has_exactly_its_626_names) {
   const auto names = names_of(AccessMCom::shared());
   EXPECT_EQ(names.size(), 626U);
   EXPECT_EQ(AccessMCom::shared().size(), 626U);
-  EXPECT_THAT(names, ContainerEq(names_in("mcom.txt")));
+  EXPECT_THAT(names, ContainerEq(names_in(TREL_STO_ELEMENTS "/mcom.txt")));
 }
 
 TEST(AccessNav, a_table_of_a_streams_own_is_empty) {

@@ -25,7 +25,7 @@ TEST(AccessRCom, has_exactly_its_818_names) {
   AccessRCom::shared().for_each_row([&](const auto& row) { names.insert(row.name); });
   EXPECT_EQ(names.size(), 818U);
   EXPECT_EQ(AccessRCom::shared().size(), 818U) << "each name in one kind only";
-  EXPECT_THAT(names, ContainerEq(names_in("rcom.txt")));
+  EXPECT_THAT(names, ContainerEq(names_in(TREL_STO_ELEMENTS "/rcom.txt")));
 }
 
 TEST(AccessRCom, a_table_of_a_streams_own_is_empty) {

@@ -56,9 +56,9 @@ inline void expect_number(const Seen& seen, const Number& expected, double share
   }
 }
 
-// The names that a family has, one a line in a file of elements/.
-inline std::multiset<std::string> names_in(const std::string& file) {
-  std::ifstream lines(TREL_STO_ELEMENTS "/" + file);
+// The names that a family has, one a line of a file.
+inline std::multiset<std::string> names_in(const std::string& path) {
+  std::ifstream lines(path);
   std::multiset<std::string> names;
   for (std::string line; std::getline(lines, line);) names.insert(line);
   return names;

@@ -283,7 +283,7 @@ void expect_value(const Reader& reader, const Case& it) {
 TEST(ElementsRng, each_name_has_a_row_and_no_other) {
   std::multiset<std::string> tested;
   for (const Case& it : cases_of(kRows)) tested.insert(it.name());
-  EXPECT_THAT(tested, ContainerEq(names_in("rcom.txt")));
+  EXPECT_THAT(tested, ContainerEq(names_in(TREL_STO_ELEMENTS "/rcom.txt")));
 }
 
 TEST(ElementsRng, each_name_takes_the_value_that_its_packets_bring) {
@@ -310,7 +310,7 @@ TEST(ElementsRng, each_name_takes_that_value_among_all_others) {
 }
 
 TEST(ElementsRng, some_names_take_values_of_other_packets_too) {
-  const auto listed = names_in("rcom.txt");
+  const auto listed = names_in(TREL_STO_ELEMENTS "/rcom.txt");
   for (const Case& it : cases_of(kOtherRows)) {
     SCOPED_TRACE(it.name());
     EXPECT_TRUE(listed.contains(it.name()));

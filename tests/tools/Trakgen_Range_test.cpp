@@ -229,11 +229,11 @@ TEST(TrakgenRange, minutes_and_utc_come_after_some_packets_and_follow_the_time) 
 // ---- Ranges.
 
 TEST(TrakgenRange, ranges_rates_and_accelerations_are_those_of_the_scene) {
-  const Texts packets = measured({"--seconds", "50", "--targets", "4"});
+  const Texts packets = measured({"--seconds", "25", "--targets", "4"});
   for (int target = 1; target <= 4; ++target) {
     const Track& track = kTargets[static_cast<std::size_t>(target - 1)];
     const Texts mine = of_target(packets, target);
-    ASSERT_EQ(mine.size(), 5000U);
+    ASSERT_EQ(mine.size(), 2500U);
     for (std::size_t step = 0; step < mine.size(); step += 37) {
       SCOPED_TRACE(std::to_string(target) + " at step " + std::to_string(step));
       const std::string& packet = mine[step];
@@ -277,7 +277,7 @@ TEST(TrakgenRange, a_range_changes_as_its_rate_tells) {
 }
 
 TEST(TrakgenRange, places_and_headings_are_those_of_the_scene) {
-  const Texts packets = measured({"--seconds", "30", "--targets", "4"});
+  const Texts packets = measured({"--seconds", "21", "--targets", "4"});
   for (int target = 1; target <= 4; ++target) {
     const Track& track = kTargets[static_cast<std::size_t>(target - 1)];
     const Texts mine = of_target(packets, target);
@@ -442,7 +442,7 @@ TEST(TrakgenRange, sensors_are_told_in_full_every_second) {
 }
 
 TEST(TrakgenRange, the_front_sensor_sees_what_is_ahead_and_within_reach) {
-  const Texts packets = measured({"--seconds", "45", "--targets", "3"});
+  const Texts packets = measured({"--seconds", "25", "--targets", "3"});
   const auto outlines = outlines_of(packets);
   int seen = 0;
   int hidden = 0;
