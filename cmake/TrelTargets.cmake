@@ -85,13 +85,13 @@ endfunction()
 # under the label NAME; under the sanitizers it is registered as a whole, since starting a program is
 # dear there. With TRAKDUMP_UNITY_TESTS its SOURCES are compiled as one, since what their headers
 # bring costs more than they do: so they must not give one name to two things. The files ALONE may.
-# SHIPPED puts the tests under the label shipped, too: what the optimised build could break by itself.
+# SHIPPED makes the label shipped-NAME: what the optimised build could break by itself.
 function(trel_test name)
   cmake_parse_arguments(ARG "SHIPPED" "PREFIX" "SOURCES;ALONE;LINK" ${ARGN})
   set(target test_${name})
-  set(labels ${name})
+  set(label ${name})
   if(ARG_SHIPPED)
-    list(APPEND labels shipped)
+    set(label shipped-${name})
     set_property(GLOBAL APPEND PROPERTY TREL_SHIPPED_TESTS ${target})
   endif()
   set_property(GLOBAL APPEND PROPERTY TREL_TESTS ${target})
@@ -105,12 +105,12 @@ function(trel_test name)
   endif()
   if(TRAKDUMP_SANITIZE)
     add_test(NAME ${target} COMMAND ${target})
-    set_tests_properties(${target} PROPERTIES TIMEOUT 600 LABELS "${labels}")
+    set_tests_properties(${target} PROPERTIES TIMEOUT 600 LABELS ${label})
   else()
     gtest_discover_tests(
       ${target}
       TEST_PREFIX "${ARG_PREFIX}"
-      PROPERTIES TIMEOUT 120 LABELS "${labels}"
+      PROPERTIES TIMEOUT 120 LABELS ${label}
       DISCOVERY_TIMEOUT 60)
   endif()
 endfunction()
