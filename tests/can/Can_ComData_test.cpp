@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "can/Can_Builders.h"
 
 namespace Trel::Can {
@@ -77,7 +79,9 @@ TEST(DataCan, a_value_is_found_by_sid_and_by_tag) {
   ComData data = configured();
   DataCan& can = data.DCan();
   EXPECT_EQ(can.Hit_by_sid(2), can.data() + 2);
+  EXPECT_EQ(std::as_const(can).Hit_by_sid(2), can.data() + 2);
   EXPECT_EQ(can.Hit_by_sid(3), nullptr);
+  EXPECT_EQ(std::as_const(can).Hit_by_sid(3), nullptr);
   EXPECT_EQ(can.Hit_by_tag("A.1"), can.data() + 2);
   EXPECT_EQ(can.Hit_by_tag("C"), nullptr);
   EXPECT_EQ(can.Idx_by_tag("B"), 1U);
