@@ -549,5 +549,29 @@ TEST(NavRate, without_its_key_it_is_invalid_and_begins_anew) {
   EXPECT_TRUE(codec.CData().IsOutputRegularRateValid());
 }
 
+// Level and headed north: forward is north and lateral east; ISO axes of the earth are east, north.
+TEST(NavKeys, families_that_nobody_wanted_are_computed_as_soon_as_someone_does) {
+  constexpr double kNear = 1e-6;
+  TestCodec codec(false);
+  codec.Key().Reset(false);
+  const auto take = [&codec](unsigned short time) {
+    codec.take(locked(time).velocity(3.0, 4.0, 0.0).attitude(0.0, 0.0, 0.0));
+  };
+  take(10);
+  EXPECT_FALSE(codec.CData().IsVfValid());
+  EXPECT_FALSE(codec.CData().IsIsoVnXValid());
+
+  codec.Key().KMain().Let_Vel_Fld();
+  codec.Key().KMain().Let_IsoVelEarth();
+  codec.Key().PropagateKeyOr();
+  take(20);
+  ASSERT_TRUE(codec.CData().IsVfValid());
+  EXPECT_NEAR(codec.CData().GetVf(), 3.0, kNear);
+  EXPECT_NEAR(codec.CData().GetVl(), 4.0, kNear);
+  ASSERT_TRUE(codec.CData().IsIsoVnXValid());
+  EXPECT_NEAR(codec.CData().GetIsoVnX(), 4.0, kNear);
+  EXPECT_NEAR(codec.CData().GetIsoVnY(), 3.0, kNear);
+}
+
 }  // namespace
 }  // namespace Trel::Nav
