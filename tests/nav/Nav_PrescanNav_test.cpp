@@ -200,6 +200,29 @@ TEST(NavRewind, seeds_samples_even_if_no_time_was_found) {
   EXPECT_TRUE(codec.get_nano_off().inv_first2gps());
 }
 
+TEST(NavRewind, the_first_packet_ends_its_samples_but_the_mounting) {
+  TestCodec codec(true);
+  codec.take({with_minutes(full(10)), with_mounting(full(20)), full(30)});
+  codec.PrescanRewind(true);
+  const ComData& data = codec.CData();
+  const std::vector<const Lib::StampExt*> samples = {&data.VarLat(),
+                                                     &data.VarLon(),
+                                                     &data.VarAlt(),
+                                                     &data.VarVn(),
+                                                     &data.VarVe(),
+                                                     &data.VarVd(),
+                                                     &data.VarVu(),
+                                                     &data.VarHeading(),
+                                                     &data.VarPitch(),
+                                                     &data.VarRoll(),
+                                                     &data.VarTimeWeekCount(),
+                                                     &data.VarTimeWeekSecond()};
+  for (const Lib::StampExt* sample : samples) EXPECT_TRUE(sample->ok());
+  codec.take(packet_of(0, 10));
+  for (const Lib::StampExt* sample : samples) EXPECT_FALSE(sample->ok());
+  EXPECT_TRUE(data.VarImu2VehHeading().ok());
+}
+
 TEST(NavRewind, brings_back_the_features_that_were_learned) {
   TestCodec codec(true);
   const auto feature = [](unsigned int issue) {

@@ -75,7 +75,16 @@ class PacketClock {
 
   // Takes a packet's time, below 65535. The first step that is no turn of the minute becomes the
   // period between packets, in nanoseconds, if that is still kNoPeriod.
-  void advance(int milliseconds, long long& period);
+  void advance(int milliseconds, long long& period) {
+    if (minutes_ >= 0 && milliseconds_ >= 0) {
+      if (milliseconds <= kTurnedUpTo && milliseconds_ > kTurnsAbove) {
+        minutes_ = static_cast<int>(static_cast<unsigned int>(minutes_) + 1U);
+      } else if (period == kNoPeriod) {
+        period = (milliseconds - milliseconds_) * kNanosPerMilli;
+      }
+    }
+    milliseconds_ = milliseconds;
+  }
 
   // Whether the clock can tell the time, and the time.
   [[nodiscard]] bool known() const { return minutes_ >= 0; }
@@ -85,6 +94,11 @@ class PacketClock {
   }
 
  private:
+  // Milliseconds: a packet up to the first of these behind one above the second is in the next
+  // minute.
+  static constexpr int kTurnedUpTo = 1999;
+  static constexpr int kTurnsAbove = 2000;
+
   int minutes_ = -1;
   int milliseconds_ = -1;
 };
@@ -109,5 +123,25 @@ class RegularRate {
   long long start_ = -1;
   long long count_ = -1;
 };
+
+inline RegularRate::Outcome RegularRate::count(bool timed, long long nano, double& rate) {
+  if (start_ >= 0) {
+    ++count_;
+  } else if (timed) {
+    start_ = nano;
+    count_ = 0;
+  }
+  if (count_ <= kPackets || !timed) return Outcome::None;
+
+  const long long span = wrap_subtract(nano, start_);
+  if (span <= 0) {
+    Invalidate();
+    return Outcome::Lost;
+  }
+  rate = static_cast<double>(count_) * 1e9 / static_cast<double>(span);
+  start_ = nano;
+  count_ = 0;
+  return Outcome::Rate;
+}
 
 }  // namespace Trel::Nav

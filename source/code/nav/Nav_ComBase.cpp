@@ -24,7 +24,6 @@ void ComBase::Index::advance() {
 
 ComBase::ComBase(const PacketForm& form, bool prescan)
     : form_(form),
-      status_msg_(packet_.data() + form.channel_at),
       status_(data_, key_, clock_, filters_, form),
       derived_(data_, key_, filters_, form) {
   Invalidate(prescan);
@@ -46,14 +45,7 @@ int ComBase::DecodeSuper(const unsigned char* data, unsigned int size, bool chec
 }
 
 int ComBase::DecodeInner(const unsigned char* data, unsigned int available) {
-  const unsigned int copied = std::min(available, form_.size);
-  std::copy_n(data, copied, packet_.begin());
-  if (copied < form_.size) {
-    std::fill(packet_.begin() + copied, packet_.begin() + form_.size,
-              static_cast<unsigned char>(0));
-  }
-  length_ = form_.size;
-  status_length_ = form_.size;
+  packet_ = available < form_.size ? padded(data, available) : data;
   if (prescan_.active) {
     PrescanNav();
   } else {
@@ -61,10 +53,17 @@ int ComBase::DecodeInner(const unsigned char* data, unsigned int available) {
   }
   if (packets_ == 0) skipped_ = 0;
   ++packets_;
+  packet_ = nullptr;
   number_packet();
   if (!prescan_.active || prescan_.state != Prescan::kPredicting) return 1;
   prescan_.active = false;
   return 2;
+}
+
+const unsigned char* ComBase::padded(const unsigned char* data, unsigned int available) {
+  padded_.fill(0);
+  std::copy_n(data, available, padded_.begin());
+  return padded_.data();
 }
 
 void ComBase::number_packet() {
@@ -106,6 +105,7 @@ void ComBase::apply_prescan() {
 
   const auto approximate = [](auto&... values) { (values.setApprox(), ...); };
   if (prescan_.position.known) {
+    held_ |= kPos;
     const auto& [lat, lon, alt] = prescan_.position.value;
     data_.SetLat(lat);
     data_.SetLon(lon);
@@ -113,6 +113,7 @@ void ComBase::apply_prescan() {
     approximate(data_.HitLat(), data_.HitLon(), data_.HitAlt());
   }
   if (prescan_.velocity.known) {
+    held_ |= kVel;
     const auto& [north, east, down] = prescan_.velocity.value;
     data_.SetVn(north);
     data_.SetVe(east);
@@ -121,6 +122,7 @@ void ComBase::apply_prescan() {
     approximate(data_.HitVn(), data_.HitVe(), data_.HitVd(), data_.HitVu());
   }
   if (prescan_.attitude.known) {
+    held_ |= kAngPos;
     const auto& [heading, pitch, roll] = prescan_.attitude.value;
     data_.SetHeading(heading);
     data_.SetPitch(pitch);
@@ -142,13 +144,12 @@ void ComBase::apply_prescan() {
 }
 
 void ComBase::InvalidatePrivate(bool all, bool prescan) {
-  status_length_ = 0;
-  length_ = 0;
   clock_.Invalidate();
   nano_off_.Invalidate();
   if (all) prescan_.Invalidate(prescan);
   status_.Reset();
   key_changes_ = kNoChanges;
+  held_ = 0;
   regular_rate_.Invalidate();
   derived_.Reset();
   filters_.Reset();

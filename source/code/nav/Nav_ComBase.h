@@ -7,8 +7,8 @@
 // made for one pass learns as it goes, and packets ahead of the first time stay untimed.
 //
 // Values are read through CData(). They are the codec's, and change with the next packet. What
-// nobody wants is turned off by keys, at a test for each group. Packets are copied, so their bytes
-// need not outlive the call. Bad data is no failure: a packet that fails its sum changes nothing
+// nobody wants is turned off by keys, at a test for each group. The bytes of a packet need not
+// outlive the call. Bad data is no failure: a packet that fails its sum changes nothing
 // but a counter, a field without a number is an invalid value, and no sum of times can overflow.
 #pragma once
 
@@ -101,7 +101,8 @@ class ComBase {
   // What a family computes between the filtered and the rotated outputs.
   virtual void UpdateTail(Enum::NAVIGATION_STATUS /*status*/) {}
 
-  [[nodiscard]] const unsigned char* packet() const { return packet_.data(); }
+  // The packet being decoded.
+  [[nodiscard]] const unsigned char* packet() const { return packet_; }
 
   const PacketForm& form_;
   ComData data_;
@@ -109,6 +110,19 @@ class ComBase {
   Prescan prescan_;
 
  private:
+  // Groups of values that last for one packet.
+  enum Held : unsigned int {
+    kAcc = 1,
+    kAngVel = 2,
+    kAngAcc = 4,
+    kPos = 8,
+    kVel = 16,
+    kAngPos = 32,
+    kWeek = 64,
+  };
+
+  // The `available` bytes of a packet, and zeros in place of the others.
+  const unsigned char* padded(const unsigned char* data, unsigned int available);
   void number_packet();
   // Takes the packet's time; true if the clock then tells the time.
   bool advance_clock();
@@ -116,8 +130,9 @@ class ComBase {
 
   void UpdateNav();
   void note_key();
-  // False for a packet that goes no further.
-  bool begin_packet(bool& triggered);
+  // What is not regular: false for a packet that goes no further, which all do but those of a
+  // trigger.
+  bool begin_special();
   bool begin_triggered();
   void decode_extra_packet();
   void update_time(Enum::NAVIGATION_STATUS status);
@@ -130,10 +145,14 @@ class ComBase {
   void update_jerk();
   void update_ang_acc();
   void update_regular_rate(Enum::NAVIGATION_STATUS status);
+  void update_derived(Enum::NAVIGATION_STATUS status, bool triggered);
   void UpdateNavInvalidate();
+  void invalidate_held();
   void TimingsCompute();
   void compute_relative_times(bool relative);
-  void DecodeStatusMsg() { status_.DecodeStatusMsg(status_msg_); }
+  // The channel's number and data.
+  [[nodiscard]] const unsigned char* status_msg() const { return packet_ + form_.channel_at; }
+  void DecodeStatusMsg() { status_.DecodeStatusMsg(status_msg()); }
   void DecodeFeatureCodes();
   void DecodeProductName();
 
@@ -148,14 +167,13 @@ class ComBase {
   void InvalidatePrivate(bool all, bool prescan);
   void Invalidate();
 
-  std::array<unsigned char, ComScales::COM_STATUS_MSG_MAX> packet_{};
-  unsigned int length_ = 0;
-  const unsigned char* const status_msg_;  // in the packet copy: the channel's number and data
-  unsigned int status_length_ = 0;
+  const unsigned char* packet_ = nullptr;                              // while it is decoded
+  std::array<unsigned char, ComScales::COM_STATUS_MSG_MAX> padded_{};  // a short one, with zeros
   unsigned long long bytes_ = 0;
   unsigned long long skipped_ = 0;
   unsigned long long packets_ = 0;
   unsigned int key_changes_ = 0;
+  unsigned int held_ = 0;  // the Held groups that may have a value
   Index index_;
 
   NanoOff nano_off_;

@@ -45,10 +45,6 @@ void ComData::Invalidate() {
   for (ComDataMeasurePt& point : points_) point.Invalidate();
 }
 
-void ComData::SetNano(long long value) {
-  Lib::set_record_time(Nano_, value);
-}
-
 void ComData::ShareNano() {
   for (ComDataGps& gps : gps_) gps.SetReference(Nano_);
   for (ComDataMeasurePt& point : points_) point.SetReference(Nano_);

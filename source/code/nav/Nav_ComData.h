@@ -127,7 +127,9 @@ class ComData {
 #include "nav/Nav_ComData.def"
 
   // Nano's own stamp is its value, with flags 0.
-  void SetNano(long long value);
+  void SetNano(long long value) {
+    Lib::set_record_time(Nano_, value);
+  }
   void InvNano() {
     Nano_.invalidate();
   }

@@ -58,6 +58,8 @@ class DerivedOutputs : public ComScales {
   // To be called once the key has changed: families of outputs that nobody wants then cost one
   // test.
   void NoteKey();
+  // Whether anyone wants any of all this; otherwise none of it need be called.
+  [[nodiscard]] bool wanted() const { return wanted_; }
 
  private:
   // One distance that grows.
@@ -102,6 +104,9 @@ class DerivedOutputs : public ComScales {
   void compute_iso_jerk();
   void compute_iso_rate();
 
+  [[nodiscard]] bool wants_filtered() const;
+  [[nodiscard]] bool wants_motion() const;
+  [[nodiscard]] bool wants_ref_frame() const;
   [[nodiscard]] bool wants_rotated() const;
   [[nodiscard]] bool wants_iso() const;
   [[nodiscard]] bool wants_points() const;
@@ -115,7 +120,8 @@ class DerivedOutputs : public ComScales {
   Attitude iso_attitude_;              // ISO 8855 yaw, pitch, roll
   Triple acceleration_correction_;     // north, east, down
   Triple rate_correction_;             // the same, in degrees per second
-  bool rotated_ = true;                // whether anyone wants a rotated vector,
+  bool wanted_ = true;                 // whether anyone wants anything,
+  bool rotated_ = true;                // a rotated vector,
   bool iso_ = true;                    // one in ISO 8855 axes,
   bool points_ = true;                 // a measure point
 };

@@ -47,6 +47,7 @@ void DerivedOutputs::NoteKey() {
   rotated_ = wants_rotated();
   iso_ = wants_iso();
   points_ = wants_points();
+  wanted_ = rotated_ || iso_ || points_ || wants_filtered() || wants_motion() || wants_ref_frame();
 }
 
 }  // namespace Trel::Nav

@@ -13,6 +13,11 @@ constexpr Axes kFiltJerk = TREL_NAV_AXES(FiltJx, FiltJy, FiltJz);
 
 }  // namespace
 
+bool DerivedOutputs::wants_filtered() const {
+  const auto& key = key_.KMain();
+  return key.Get_FiltAcc() || key.Get_FiltAngAcc() || key.Get_FiltJerk();
+}
+
 void DerivedOutputs::FilteredOutputsCompute() {
   const auto& key = key_.KMain();
   if (key.Get_FiltAcc()) {

@@ -24,6 +24,12 @@ void ComputeRefFrame(ComData& data, double lat, double lon, double alt, double h
   data.SetRefLonRadius((alt + radii.transverse) * std::cos(radians) * kRadiansPerDegree);
 }
 
+bool DerivedOutputs::wants_ref_frame() const {
+  const auto& key = key_.KMain();
+  return key.Get_RefFrame_Pos() || key.Get_RefFrame_Vel() || key.Get_RefFrame_Yaw() ||
+         key.Get_RefFrame_Track();
+}
+
 void DerivedOutputs::RefFrameOutputsCompute() {
   const auto& key = key_.KMain();
   if (key.Get_RefFrame_Pos() && data_.IsLatValid() && data_.IsLonValid()) {

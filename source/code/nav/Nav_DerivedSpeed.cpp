@@ -10,6 +10,13 @@ bool DerivedOutputs::is_licensed() const {
   return !form_.licensed || IsFeatureCodeEnabled(data_, kMotionFeature);
 }
 
+// Speeds and what goes by them.
+bool DerivedOutputs::wants_motion() const {
+  const auto& key = key_.KMain();
+  return key.Get_Speed() || key.Get_Track() || key.Get_Slip() || key.Get_Curvature() ||
+         key.Get_Dist() || key.Get_AngleGradient();
+}
+
 void DerivedOutputs::SpeedSlipCompute() {
   const double limit = compute_speeds();
   if (!data_.IsSpeed2dValid() || !(data_.GetSpeed2d() > limit) || !is_licensed()) return;

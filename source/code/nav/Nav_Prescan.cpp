@@ -101,8 +101,8 @@ bool Prescan::learn_offsets(NanoOff& off, long long nano, Enum::NAVIGATION_STATU
 }
 
 bool Prescan::complete() const {
-  return !offsets.inv_init2gps() && start_known && utc_known && position.known && velocity.known &&
-         attitude.known && mounting.known && features_known;
+  return features_known && utc_known && mounting.known && !offsets.inv_init2gps() && start_known &&
+         position.known && velocity.known && attitude.known;
 }
 
 void Prescan::setFeatureCode(unsigned int code, const FeatureRecord& record) {

@@ -55,7 +55,7 @@ void ComBase::prescan_time() {
 }
 
 void ComBase::prescan_samples() {
-  const unsigned char* packet = packet_.data();
+  const unsigned char* packet = packet_;
   std::array<double, 3> sample{};
   if (!prescan_.position.known) {
     prescan_.position.keep(read_place(packet, sample), sample);
@@ -71,12 +71,12 @@ void ComBase::prescan_samples() {
 }
 
 void ComBase::PrescanStatusMsg() {
-  const unsigned char* p = status_msg_ + 1;
-  if (status_msg_[0] == kTimeChannel && prescan_.status > Enum::NAVIGATION_STATUS_RAWIMU) {
+  const unsigned char* p = status_msg() + 1;
+  if (status_msg()[0] == kTimeChannel && prescan_.status > Enum::NAVIGATION_STATUS_RAWIMU) {
     int minutes = 0;
     if (read_minutes(p, minutes)) clock_.set_minutes(minutes);
   }
-  if (status_msg_[0] != kMountingChannel) return;
+  if (status_msg()[0] != kMountingChannel) return;
   if (!prescan_.utc_known) prescan_.utc_known = read_utc_offset(p, prescan_.utc_offset);
   std::array<double, 3> angles{};
   for (unsigned int axis = 0; axis < 3; ++axis) {
@@ -88,7 +88,7 @@ void ComBase::PrescanStatusMsg() {
 void ComBase::PrescanFeatureCodes() {
   unsigned int code = 0;
   FeatureRecord record;
-  if (FeaturePacket::read(packet_.data(), code, record)) prescan_.setFeatureCode(code, record);
+  if (FeaturePacket::read(packet_, code, record)) prescan_.setFeatureCode(code, record);
 }
 
 }  // namespace Trel::Nav

@@ -1,5 +1,7 @@
 #include "nav/Nav_Status.h"
 
+#include <bit>
+
 #include "library/Lib_Cast.h"
 
 namespace Trel::Nav {
@@ -112,13 +114,19 @@ void StatusChannels::DecodeStatusMsg(const unsigned char* message) {
   const unsigned int channel = message[0];
   if (channel >= StatusTable::kChannels) return;
   p_ = message + 1;
-  bool* quiet = quiet_.data() + form_.channels->first(channel);
-  for (const StatusRow& row : form_.channels->channel(channel)) {
-    if (!*quiet) {
-      row.call(*this, row);
-      *quiet = row.invalidate != nullptr && !row.wanted(key_);
-    }
-    ++quiet;
+  const StatusRow* rows = form_.channels->channel(channel).data();
+  for (std::uint64_t left = awake_[channel]; left != 0; left &= left - 1) {
+    const StatusRow& row = rows[std::countr_zero(left)];
+    row.call(*this, row);
+    const bool quiet = row.invalidate != nullptr && !row.wanted(key_);
+    if (quiet) awake_[channel] &= ~(left & -left);
+  }
+}
+
+void StatusChannels::wake() {
+  for (unsigned int channel = 0; channel < StatusTable::kChannels; ++channel) {
+    const std::size_t rows = form_.channels->channel(channel).size();
+    awake_[channel] = rows == 0 ? 0 : ~std::uint64_t{0} >> (StatusTable::kMostRows - rows);
   }
 }
 
@@ -131,7 +139,7 @@ bool StatusChannels::wants_innovations() const {
 }
 
 void StatusChannels::NoteKey() {
-  quiet_.fill(false);
+  wake();
   innovations_ = innovations_ || wants_innovations();
 }
 
@@ -140,7 +148,7 @@ void StatusChannels::Reset() {
   updated_.fill(false);
   wheel_ = {};
   fine_frame_ = {};
-  quiet_.fill(false);
+  wake();
   innovations_ = false;
 }
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 
@@ -76,7 +77,7 @@ struct StatusRow {
 class StatusTable {
  public:
   static constexpr unsigned int kChannels = 95;
-  static constexpr std::size_t kMostRows = 512;
+  static constexpr std::size_t kMostRows = 64;  // of a channel
 
   // `rows` must be in order of channels, and outlive the table.
   constexpr explicit StatusTable(std::span<const StatusRow> rows) : rows_(rows) {
@@ -87,17 +88,19 @@ class StatusTable {
     }
   }
 
-  // Whether the lines were in order, each of a channel of the table, and no more than kMostRows.
+  // Whether the lines were in order, each of a channel of the table, and no channel has more than
+  // kMostRows.
   [[nodiscard]] constexpr bool in_order() const {
-    return first_[kChannels] == rows_.size() && rows_.size() <= kMostRows &&
+    for (unsigned int number = 0; number < kChannels; ++number) {
+      if (channel(number).size() > kMostRows) return false;
+    }
+    return first_[kChannels] == rows_.size() &&
            std::is_sorted(rows_.begin(), rows_.end(), [](const StatusRow& a, const StatusRow& b) {
              return a.channel < b.channel;
            });
   }
 
-  // The place in the table of the first line of a channel below kChannels,
-  [[nodiscard]] constexpr std::size_t first(unsigned int number) const { return first_[number]; }
-  // and the channel's lines, in their order.
+  // The lines of a channel below kChannels, in their order.
   [[nodiscard]] constexpr std::span<const StatusRow> channel(unsigned int number) const {
     return rows_.subspan(first_[number],
                          static_cast<std::size_t>(first_[number + 1] - first_[number]));
@@ -122,7 +125,9 @@ class StatusChannels {
  public:
   StatusChannels(ComData& data, const ComKey& key, PacketClock& clock, FilterBank& filters,
                  const PacketForm& form)
-      : data_(data), key_(key), clock_(clock), filters_(filters), form_(form) {}
+      : data_(data), key_(key), clock_(clock), filters_(filters), form_(form) {
+    wake();
+  }
 
   // Takes the channel of one packet: its number, and its eight bytes behind it.
   void DecodeStatusMsg(const unsigned char* message);
@@ -202,6 +207,8 @@ class StatusChannels {
     [[nodiscard]] bool complete() const { return lat && lon && alt && heading; }
   };
 
+  // Passes over no line.
+  void wake();
   [[nodiscard]] bool wants_innovations() const;
   [[nodiscard]] bool is_of_age(Age age) const;
 
@@ -225,7 +232,8 @@ class StatusChannels {
   const unsigned char* p_ = nullptr;  // the eight bytes, P0 to P7
   std::array<unsigned char, kTriggers.size()> update_counters_{};
   std::array<bool, kTriggerGroups> updated_{};
-  std::array<bool, StatusTable::kMostRows> quiet_{};  // lines to pass over
+  // A bit for each line of a channel, the lowest for the first: whether it is not passed over.
+  std::array<std::uint64_t, StatusTable::kChannels> awake_{};
   bool innovations_ = false;
   WheelSample wheel_;
   FineFrame fine_frame_;

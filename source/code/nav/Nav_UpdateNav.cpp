@@ -17,6 +17,11 @@ constexpr unsigned char kExtraProduct = 3;
 
 constexpr long long kNanosPerWeek = 604'800'000'000'000;
 
+// Whether a packet of this status brings a solution at its own time.
+bool is_regular(Enum::NAVIGATION_STATUS status) {
+  return status >= NAVIGATION_STATUS_RAWIMU && status <= NAVIGATION_STATUS_LOCKED;
+}
+
 // The status without its mark of a trigger packet.
 Enum::NAVIGATION_STATUS plain_status(Enum::NAVIGATION_STATUS status) {
   switch (status) {
@@ -40,8 +45,13 @@ void ComBase::note_key() {
 
 void ComBase::UpdateNav() {
   note_key();
-  bool triggered = false;
-  if (!begin_packet(triggered)) return;
+  data_.SetInsNavMode(packet_[kStatusAt]);
+  const bool triggered = !is_regular(data_.GetInsNavMode());
+  if (!triggered) {
+    UpdateNavInvalidate();
+  } else if (!begin_special()) {
+    return;
+  }
   const Enum::NAVIGATION_STATUS status = data_.GetInsNavMode();
   const ComKey::KeyMain& key = key_.KMain();
 
@@ -55,9 +65,18 @@ void ComBase::UpdateNav() {
   TimingsCompute();
   if (!triggered) {
     update_regular_rate(status);
-    derived_.FilteredOutputsCompute();
+    if (derived_.wanted()) derived_.FilteredOutputsCompute();
   }
   UpdateTail(status);
+  if (derived_.wanted()) update_derived(status, triggered);
+  ProductNameCompute(data_, key_);
+  if (!triggered) {
+    if (status_.may_hold_innovations()) UpdateInnAge(data_);
+    DecodeStatusMsg();
+  }
+}
+
+void ComBase::update_derived(Enum::NAVIGATION_STATUS status, bool triggered) {
   if (status > NAVIGATION_STATUS_INIT) {
     derived_.RotateOutputsCompute();
     derived_.SpeedSlipCompute();
@@ -67,28 +86,14 @@ void ComBase::UpdateNav() {
     derived_.AngleGradientCompute();
   }
   if (status > NAVIGATION_STATUS_RAWIMU) derived_.Iso8855OutputsCompute(triggered);
-  ProductNameCompute(data_, key_);
-  if (!triggered) {
-    if (status_.may_hold_innovations()) UpdateInnAge(data_);
-    DecodeStatusMsg();
-  }
 }
 
-bool ComBase::begin_packet(bool& triggered) {
-  data_.SetOutputPacketType(NAV_OUTPUT_PACKET_TYPE_INVALID);
-  data_.SetInsNavMode(packet_[kStatusAt]);
+bool ComBase::begin_special() {
   switch (data_.GetInsNavMode()) {
     case NAVIGATION_STATUS_INVALID:
       UpdateNavInvalidate();
       data_.SetOutputPacketType(NAV_OUTPUT_PACKET_TYPE_EMPTY);
       return false;
-    case NAVIGATION_STATUS_RAWIMU:
-    case NAVIGATION_STATUS_INIT:
-    case NAVIGATION_STATUS_LOCKING:
-    case NAVIGATION_STATUS_LOCKED:
-      UpdateNavInvalidate();
-      data_.SetOutputPacketType(NAV_OUTPUT_PACKET_TYPE_REGULAR);
-      return true;
     case NAVIGATION_STATUS_EXPIRED:
     case NAVIGATION_STATUS_BLOCKED:
     case NAVIGATION_STATUS_STATUSONLY:
@@ -104,7 +109,6 @@ bool ComBase::begin_packet(bool& triggered) {
     case NAVIGATION_STATUS_TRIGINIT:
     case NAVIGATION_STATUS_TRIGLOCKING:
     case NAVIGATION_STATUS_TRIGLOCKED:
-      triggered = true;
       return begin_triggered();
     default:
       data_.SetOutputPacketType(NAV_OUTPUT_PACKET_TYPE_EMPTY);
@@ -115,7 +119,7 @@ bool ComBase::begin_packet(bool& triggered) {
 bool ComBase::begin_triggered() {
   UpdateNavInvalidate();
   DecodeStatusMsg();
-  const std::size_t place = find_trigger(status_msg_[0]);
+  const std::size_t place = find_trigger(status_msg()[0]);
   if (place == kTriggers.size()) {
     data_.SetOutputPacketType(NAV_OUTPUT_PACKET_TYPE_EMPTY);
     return false;
@@ -138,12 +142,12 @@ void ComBase::decode_extra_packet() {
 void ComBase::DecodeFeatureCodes() {
   unsigned int code = 0;
   FeatureRecord record;
-  if (FeaturePacket::read(packet_.data(), code, record)) data_.SetFeatureCode(code, record);
+  if (FeaturePacket::read(packet_, code, record)) data_.SetFeatureCode(code, record);
 }
 
 void ComBase::DecodeProductName() {
   Enum::PRODUCT_TYPE type{};
-  if (ProductPacket::read(packet_.data(), type)) data_.SetProductType(type);
+  if (ProductPacket::read(packet_, type)) data_.SetProductType(type);
 }
 
 void ComBase::set_nano(long long nano) {
@@ -152,7 +156,7 @@ void ComBase::set_nano(long long nano) {
 }
 
 bool ComBase::advance_clock() {
-  const int time = packet_time(packet_.data());
+  const int time = packet_time(packet_);
   if (time == kNoTime) return false;
   clock_.advance(time, prescan_.period);
   return clock_.known();
@@ -164,8 +168,8 @@ void ComBase::update_time(Enum::NAVIGATION_STATUS status) {
   } else {
     measure_time(status);
   }
-  data_.SetOutputPacketType(data_.GetOutputPacketType());
-  data_.SetInsNavMode(data_.GetInsNavMode());
+  data_.SetOutputPacketType(NAV_OUTPUT_PACKET_TYPE_REGULAR);
+  data_.SetInsNavMode(status);
 }
 
 void ComBase::predict_time() {
@@ -193,14 +197,16 @@ void ComBase::measure_time(Enum::NAVIGATION_STATUS status) {
 void ComBase::update_motion(Enum::NAVIGATION_STATUS status) {
   const ComKey::KeyMain& key = key_.KMain();
   if (key.Get_Acc()) {
-    const unsigned char* acc = packet_.data() + kAccAt;
+    held_ |= kAcc;
+    const unsigned char* acc = packet_ + kAccAt;
     double value = 0.0;
     if (read_axis(acc, 0, ComScales::ACC2MPS2, value)) data_.SetAx(value);
     if (read_axis(acc, 1, ComScales::ACC2MPS2, value)) data_.SetAy(value);
     if (read_axis(acc, 2, ComScales::ACC2MPS2, value)) data_.SetAz(value);
   }
   if (key.Get_AngVel()) {
-    const unsigned char* rate = packet_.data() + kAngVelAt;
+    held_ |= kAngVel;
+    const unsigned char* rate = packet_ + kAngVelAt;
     double value = 0.0;
     if (read_axis(rate, 0, kRateFactor, value)) data_.SetWx(value);
     if (read_axis(rate, 1, kRateFactor, value)) data_.SetWy(value);
@@ -214,10 +220,11 @@ void ComBase::update_motion(Enum::NAVIGATION_STATUS status) {
 }
 
 void ComBase::update_position(bool approximate) {
+  held_ |= kPos;
   double value = 0.0;
-  if (read_position(packet_.data(), 0, value)) data_.SetLat(value);
-  if (read_position(packet_.data(), 1, value)) data_.SetLon(value);
-  if (read_position(packet_.data(), 2, value)) data_.SetAlt(value);
+  if (read_position(packet_, 0, value)) data_.SetLat(value);
+  if (read_position(packet_, 1, value)) data_.SetLon(value);
+  if (read_position(packet_, 2, value)) data_.SetAlt(value);
   if (!approximate) return;
   if (data_.IsLatValid()) data_.HitLat().setApprox();
   if (data_.IsLonValid()) data_.HitLon().setApprox();
@@ -225,7 +232,8 @@ void ComBase::update_position(bool approximate) {
 }
 
 void ComBase::update_velocity(bool approximate) {
-  const unsigned char* velocity = packet_.data() + kVelAt;
+  held_ |= kVel;
+  const unsigned char* velocity = packet_ + kVelAt;
   double value = 0.0;
   int raw = 0;
   if (read_axis(velocity, 0, ComScales::VEL2MPS, value)) data_.SetVn(value);
@@ -242,7 +250,8 @@ void ComBase::update_velocity(bool approximate) {
 }
 
 void ComBase::update_attitude(bool approximate) {
-  const unsigned char* attitude = packet_.data() + kAngPosAt;
+  held_ |= kAngPos;
+  const unsigned char* attitude = packet_ + kAngPosAt;
   double value = 0.0;
   if (read_axis(attitude, 0, kAngleFactor, value)) data_.SetHeading(wrap_heading(value));
   if (read_axis(attitude, 1, kAngleFactor, value)) data_.SetPitch(value);
@@ -270,6 +279,7 @@ void ComBase::update_ang_acc() {
   if (!data_.IsWxValid() || !data_.IsWyValid() || !data_.IsWzValid() || !data_.IsTimeValid()) {
     return;
   }
+  held_ |= kAngAcc;
   auto& [x, y, z] = filters_.ang_acc;
   x.NewInput(data_.GetTime(), data_.GetWx());
   y.NewInput(data_.GetTime(), data_.GetWy());
@@ -307,11 +317,9 @@ void ComBase::TimingsCompute() {
   relative_ = relative;
 
   if (timed && nano >= 0 && key.Get_Time_Extra()) {
+    held_ |= kWeek;
     data_.SetTimeWeekCount(static_cast<unsigned int>(nano / kNanosPerWeek));
     data_.SetTimeWeekSecond(to_seconds(nano % kNanosPerWeek));
-  } else {
-    data_.InvTimeWeekCount();
-    data_.InvTimeWeekSecond();
   }
 }
 
@@ -345,29 +353,49 @@ void ComBase::compute_relative_times(bool relative) {
 void ComBase::UpdateNavInvalidate() {
   data_.InvNano();
   data_.InvTime();
-  data_.InvAx();
-  data_.InvAy();
-  data_.InvAz();
-  data_.InvWx();
-  data_.InvWy();
-  data_.InvWz();
-  data_.InvYx();
-  data_.InvYy();
-  data_.InvYz();
-  data_.InvLat();
-  data_.InvLon();
-  data_.InvAlt();
-  data_.InvVn();
-  data_.InvVe();
-  data_.InvVd();
-  data_.InvVu();
-  data_.InvHeading();
-  data_.InvPitch();
-  data_.InvRoll();
-  data_.InvTimeWeekCount();
-  data_.InvTimeWeekSecond();
+  if (held_ != 0) invalidate_held();
+  if (!derived_.wanted()) return;
   derived_.RotateOutputsInvalidate();
   derived_.Iso8855OutputsInvalidate();
+}
+
+void ComBase::invalidate_held() {
+  if ((held_ & kAcc) != 0) {
+    data_.InvAx();
+    data_.InvAy();
+    data_.InvAz();
+  }
+  if ((held_ & kAngVel) != 0) {
+    data_.InvWx();
+    data_.InvWy();
+    data_.InvWz();
+  }
+  if ((held_ & kAngAcc) != 0) {
+    data_.InvYx();
+    data_.InvYy();
+    data_.InvYz();
+  }
+  if ((held_ & kPos) != 0) {
+    data_.InvLat();
+    data_.InvLon();
+    data_.InvAlt();
+  }
+  if ((held_ & kVel) != 0) {
+    data_.InvVn();
+    data_.InvVe();
+    data_.InvVd();
+    data_.InvVu();
+  }
+  if ((held_ & kAngPos) != 0) {
+    data_.InvHeading();
+    data_.InvPitch();
+    data_.InvRoll();
+  }
+  if ((held_ & kWeek) != 0) {
+    data_.InvTimeWeekCount();
+    data_.InvTimeWeekSecond();
+  }
+  held_ = 0;
 }
 
 }  // namespace Trel::Nav

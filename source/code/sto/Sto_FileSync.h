@@ -102,7 +102,7 @@ void LogicalSync<Sync, Packet>::rewind_sync() {
 // A reader of every packet there is; it looks for none in particular. Base is the family's
 // LogicalSync, whose kSource names it when the payload of no packet is asked for.
 template <class Base>
-class LogicalAny : public Base {
+class LogicalAny final : public Base {
  public:
   void rewind() override {
     this->rewind_sync();

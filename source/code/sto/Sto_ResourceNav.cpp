@@ -39,7 +39,7 @@ void ResourceNav::do_prescan() {
   push_msg(Enum::DATA_STORE_MSG_PRESCAN, 0.0);
   if (Stream* stream = find_main()) {
     LogicalNavAny all;
-    scan(Enum::DATA_STORE_MSG_PRESCAN, all, [&](const LogicalNavAny& reader) {
+    scan(Enum::DATA_STORE_MSG_PRESCAN, all, [&](const LogicalNavAny& reader, unsigned long long) {
       if (stream->get_logical_nav() == nullptr) {
         stream->set_logical_nav(reader_from<LogicalNavAny>(reader));
       }
@@ -55,12 +55,13 @@ void ResourceNav::do_postscan() {
   push_msg(Enum::DATA_STORE_MSG_POSTSCAN, 0.0);
   if (Stream* stream = find_main()) {
     LogicalNavAny all;
-    scan(Enum::DATA_STORE_MSG_POSTSCAN, all, [&](const LogicalNavAny& reader) {
-      if (stream->get_logical_nav() == nullptr) return true;
-      stream->get_logical_nav()->set_finish(reader.absolute());
-      return !stream->postscan_packet(reader.payload_data(),
-                                      static_cast<unsigned int>(reader.payload_size()));
-    });
+    scan(Enum::DATA_STORE_MSG_POSTSCAN, all,
+         [&](const LogicalNavAny& reader, unsigned long long place) {
+           if (stream->get_logical_nav() == nullptr) return true;
+           stream->get_logical_nav()->set_finish(place);
+           return !stream->postscan_packet(reader.payload_data(),
+                                           static_cast<unsigned int>(reader.payload_size()));
+         });
     stream->postscan_tidy();
   }
   push_msg(Enum::DATA_STORE_MSG_POSTSCAN, 100.0);

@@ -39,7 +39,8 @@ class ResourceRaw : public Resource {
   Stream& add_stream(MakeStream make, unsigned int serial);
 
   // Reads the file until `visit`, which is handed the reader with each packet, wants no more. The
-  // second form sends the place reached as progress.
+  // second form hands it the place up to which the file has been read, too, and sends that as
+  // progress.
   template <class Reader, class Visit>
   static void walk(Reader& reader, Visit visit) {
     while (reader.read_next_packet() && visit(reader)) {
@@ -89,8 +90,8 @@ void ResourceRaw::scan(Enum::DATA_STORE_MSG msg, Reader& reader, Visit visit) {
   reader.enable();
   unsigned long long reported = 0;
   walk(reader, [&](const Reader& at) {
-    if (!visit(at)) return false;
     const unsigned long long place = at.absolute();
+    if (!visit(at, place)) return false;
     if (place - reported >= options.progress_bytes) {
       reported = place;
       push_msg(msg, place, 0, 1);

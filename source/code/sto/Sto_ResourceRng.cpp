@@ -62,7 +62,7 @@ void ResourceRng::do_prescan_rcom() {
   push_msg(Enum::DATA_STORE_MSG_PRESCAN, 0.0);
   if (Stream* stream = find_main()) {
     LogicalRngAny all;
-    scan(Enum::DATA_STORE_MSG_PRESCAN, all, [&](const LogicalRngAny& reader) {
+    scan(Enum::DATA_STORE_MSG_PRESCAN, all, [&](const LogicalRngAny& reader, unsigned long long) {
       if (reader.is_rcom() && stream->get_logical_rng() == nullptr) {
         stream->set_logical_rng(reader_from<LogicalRngRCom>(reader, kSerial));
       }
@@ -77,13 +77,14 @@ void ResourceRng::do_postscan_rcom() {
   push_msg(Enum::DATA_STORE_MSG_POSTSCAN, 0.0);
   if (Stream* stream = find_main()) {
     LogicalRngAny all;
-    scan(Enum::DATA_STORE_MSG_POSTSCAN, all, [&](const LogicalRngAny& reader) {
-      if (reader.is_rcom()) {
-        if (stream->get_logical_rng() == nullptr) return true;
-        stream->get_logical_rng()->set_finish(reader.absolute());
-      }
-      return !stream->postscan_packet(reader.payload_data(), payload_size(reader));
-    });
+    scan(Enum::DATA_STORE_MSG_POSTSCAN, all,
+         [&](const LogicalRngAny& reader, unsigned long long place) {
+           if (reader.is_rcom()) {
+             if (stream->get_logical_rng() == nullptr) return true;
+             stream->get_logical_rng()->set_finish(place);
+           }
+           return !stream->postscan_packet(reader.payload_data(), payload_size(reader));
+         });
     stream->postscan_tidy();
   }
   push_msg(Enum::DATA_STORE_MSG_POSTSCAN, 100.0);
@@ -142,12 +143,12 @@ void ResourceRng::scan_ncoms(Enum::DATA_STORE_MSG msg, Visit visit, Tidy tidy) {
   Active active = wrapped;
   if (!active.empty()) {
     LogicalRngNCom all(kSerial);
-    scan(msg, all, [&](const LogicalRngNCom& reader) {
+    scan(msg, all, [&](const LogicalRngNCom& reader, unsigned long long place) {
       const auto found = reader.valid_packet() ? active.find(reader.found()) : active.end();
       if (found == active.end()) return true;
       Stream* stream = found->second;
       TREL_ASSERT(stream, "sto/Sto_ResourceRng");
-      if (visit(*stream, reader)) active.erase(found);
+      if (visit(*stream, reader, place)) active.erase(found);
       return !active.empty();
     });
   }
@@ -156,7 +157,7 @@ void ResourceRng::scan_ncoms(Enum::DATA_STORE_MSG msg, Visit visit, Tidy tidy) {
 }
 
 void ResourceRng::do_prescan_ncoms() {
-  const auto visit = [&](Stream& stream, const LogicalRngNCom& reader) {
+  const auto visit = [&](Stream& stream, const LogicalRngNCom& reader, unsigned long long) {
     if (stream.get_logical_rng() == nullptr) {
       stream.set_logical_rng(reader_from<LogicalRngNCom>(reader, reader.found()));
     }
@@ -166,9 +167,9 @@ void ResourceRng::do_prescan_ncoms() {
 }
 
 void ResourceRng::do_postscan_ncoms() {
-  const auto visit = [](Stream& stream, const LogicalRngNCom& reader) {
+  const auto visit = [](Stream& stream, const LogicalRngNCom& reader, unsigned long long place) {
     if (stream.get_logical_rng() == nullptr) return false;
-    stream.get_logical_rng()->set_finish(reader.absolute());
+    stream.get_logical_rng()->set_finish(place);
     return stream.postscan_packet(reader.payload_data(), payload_size(reader));
   };
   scan_ncoms(Enum::DATA_STORE_MSG_POSTSCAN2, visit, &Stream::postscan_tidy);

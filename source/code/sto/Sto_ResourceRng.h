@@ -49,8 +49,8 @@ class ResourceRng : public ResourceRaw {
   // The header of that NCom stream, made if need be, that tells what it belongs to; null for the
   // number of the range data's own stream.
   Com::Meta* wrapped_header(unsigned int serial, MakeStream make);
-  // Reads the file until no NCom stream wants more: visit(stream, reader) takes a packet and tells
-  // whether it was enough for the stream.
+  // Reads the file until no NCom stream wants more: visit(stream, reader, place) takes a packet and
+  // tells whether it was enough for the stream.
   template <class Visit>
   void scan_ncoms(Enum::DATA_STORE_MSG msg, Visit visit, Tidy tidy);
   [[nodiscard]] Active ncoms() const;

@@ -6,7 +6,7 @@
 
 namespace Trel::Sto {
 
-class StreamMCom : public StreamNav<Nav::MComCodec, AccessMCom> {
+class StreamMCom final : public StreamNav<Nav::MComCodec, AccessMCom> {
  public:
   StreamMCom(Enum::TRANSPORT_TYPE transport, unsigned int serial);
 

@@ -7,7 +7,7 @@
 
 namespace Trel::Sto {
 
-class StreamNCom : public StreamNav<Nav::NComCodec, AccessNCom> {
+class StreamNCom final : public StreamNav<Nav::NComCodec, AccessNCom> {
  public:
   StreamNCom(Enum::TRANSPORT_TYPE transport, unsigned int serial);
 
