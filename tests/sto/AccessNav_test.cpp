@@ -16,6 +16,7 @@ namespace Trel::Sto::Test {
 namespace {
 
 using Nav::Family;
+using Key = Nav::ComKey;
 
 using testing::ContainerEq;
 
@@ -94,10 +95,12 @@ struct Tables {
   Nav::ComKey key;
 };
 
-// The row of that name reads `variable` and turns the node that `asked` asks, and no other.
-template <class T, class A, class Asked>
+// The row of that name reads `variable` and turns the node that `asked` asks of `part`, a part of
+// the key, and no other.
+template <class T, class A, class Part>
 void expect_row(const A& table, Tables& tables, const std::string& name,
-                const Lib::VariableExt<T>& variable, Asked asked) {
+                const Lib::VariableExt<T>& variable, const Part& part,
+                bool (Part::*asked)() const) {
   SCOPED_TRACE(name);
   const auto* row = table.template find<Var_t<T>>(name);
   ASSERT_NE(row, nullptr);
@@ -105,42 +108,45 @@ void expect_row(const A& table, Tables& tables, const std::string& name,
 
   all_off(tables.key);
   row->let(tables.key);
-  EXPECT_TRUE(asked());
+  EXPECT_TRUE((part.*asked)());
   EXPECT_EQ(nodes_on(tables.key), 1);
   tables.key.Reset(true);
   row->bar(tables.key);
-  EXPECT_FALSE(asked());
+  EXPECT_FALSE((part.*asked)());
   EXPECT_EQ(nodes_on(tables.key), 171 + 3 * 8 + 8 * 6 - 1);
 }
 
 template <class A>
 void expect_rows(const A& table, Family family) {
   const auto tables = std::make_unique<Tables>();
-  Nav::ComData& data = tables->data;
-  Nav::ComKey& key = tables->key;
+  const Nav::ComData& data = tables->data;
+  const Key::KeyMain& main_key = tables->key.KMain();
 #define VALUE(name, type, node, unit, resolution, text, families, description) \
   if (Nav::carries(families, family)) {                                        \
-    expect_row<type>(table, *tables, #name, data.Var##name(),                  \
-                     [&] { return key.KMain().Get_##node(); });                \
+    expect_row<type>(table, *tables, #name, data.Var##name(), main_key,        \
+                     &Key::KeyMain::Get_##node);                               \
   }
 #include "nav/Nav_ComData.def"
   const std::map<std::string, unsigned int> receivers = {
       {"GpsInt1_", 0}, {"GpsExt1_", 1}, {"GpsInt2_", 2}};
-  for (const auto& receiver : receivers) {
-    const unsigned int place = receiver.second;
-#define VALUE(name, type, node, unit, resolution, text, families, description)             \
-  if (Nav::carries(families, family)) {                                                    \
-    expect_row<type>(table, *tables, receiver.first + #name, data.DGps(place).Var##name(), \
-                     [&] { return key.KGps(place).Get_##node(); });                        \
+  for (const auto& [prefix, place] : receivers) {
+    const Nav::ComDataGps& receiver = data.DGps(place);
+    const Key::KeyGps& key = tables->key.KGps(place);
+#define VALUE(name, type, node, unit, resolution, text, families, description)  \
+  if (Nav::carries(families, family)) {                                         \
+    expect_row<type>(table, *tables, prefix + #name, receiver.Var##name(), key, \
+                     &Key::KeyGps::Get_##node);                                 \
   }
 #include "nav/Nav_ComDataGps.def"
   }
-  for (unsigned int point = 0; point < 8; ++point) {
-#define VALUE(name, type, node, unit, resolution, text, families, description)         \
-  if (Nav::carries(families, family)) {                                                \
-    expect_row<type>(table, *tables, "MeasPt" + std::to_string(point + 1) + "_" #name, \
-                     data.DMeasurePt(point).Var##name(),                               \
-                     [&] { return key.KMeasurePt(point).Get_##node(); });              \
+  for (unsigned int place = 0; place < 8; ++place) {
+    const std::string prefix = "MeasPt" + std::to_string(place + 1) + '_';
+    const Nav::ComDataMeasurePt& point = data.DMeasurePt(place);
+    const Key::KeyMeasurePt& key = tables->key.KMeasurePt(place);
+#define VALUE(name, type, node, unit, resolution, text, families, description) \
+  if (Nav::carries(families, family)) {                                        \
+    expect_row<type>(table, *tables, prefix + #name, point.Var##name(), key,   \
+                     &Key::KeyMeasurePt::Get_##node);                          \
   }
 #include "nav/Nav_ComDataMeasurePt.def"
   }
