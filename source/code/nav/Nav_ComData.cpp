@@ -23,16 +23,28 @@ void mark_off(const Lib::VariableExt<T>& a, const Lib::VariableExt<U>& b, Settin
 
 }  // namespace
 
+ComDataGps::ComDataGps() {
+  Invalidate();
+}
+
 void ComDataGps::Invalidate() {
   InvalidateReference();
 #define VALUE(name, ...) name##_.invalidate();
 #include "nav/Nav_ComDataGps.def"
 }
 
+ComDataMeasurePt::ComDataMeasurePt() {
+  Invalidate();
+}
+
 void ComDataMeasurePt::Invalidate() {
   InvalidateReference();
 #define VALUE(name, ...) name##_.invalidate();
 #include "nav/Nav_ComDataMeasurePt.def"
+}
+
+ComData::ComData() {
+  Invalidate();
 }
 
 void ComData::Invalidate() {

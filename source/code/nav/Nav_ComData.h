@@ -73,7 +73,7 @@ enum class Family : unsigned char { None = 0, NCom = 1, MCom = 2, Both = 3 };
 // The values of one satellite receiver.
 class ComDataGps : public Lib::StampedPart {
  public:
-  ComDataGps() { Invalidate(); }
+  ComDataGps();
   // Makes every value, and the reference, invalid.
   void Invalidate();
 
@@ -89,7 +89,7 @@ class ComDataGps : public Lib::StampedPart {
 // The values of one measure point.
 class ComDataMeasurePt : public Lib::StampedPart {
  public:
-  ComDataMeasurePt() { Invalidate(); }
+  ComDataMeasurePt();
   // Makes every value, and the reference, invalid.
   void Invalidate();
 
@@ -115,7 +115,7 @@ class ComData {
   static constexpr unsigned int kMeasurePoints = 8;
   static constexpr unsigned int kFeatures = 63;
 
-  ComData() { Invalidate(); }
+  ComData();
   // Makes every value invalid, those of the parts too, and forgets features and filter settings.
   void Invalidate();
 

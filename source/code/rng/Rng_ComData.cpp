@@ -2,10 +2,18 @@
 
 namespace Trel::Rng {
 
+DataWrap::DataWrap() {
+  Invalidate();
+}
+
 void DataWrap::Invalidate() {
   InvalidateReference();
 #define VALUE(name, ...) Inv_##name();
 #include "rng/Rng_ComDataWrap.def"
+}
+
+DataTarget::DataTarget() {
+  Invalidate();
 }
 
 void DataTarget::Invalidate() {
@@ -14,6 +22,10 @@ void DataTarget::Invalidate() {
 #define HELD(name, ...) Inv_##name();
 #define ARRAY(name, ...) Inv_##name();
 #include "rng/Rng_ComDataTarget.def"
+}
+
+DataMain::DataMain() {
+  Invalidate();
 }
 
 void DataMain::Invalidate() {

@@ -107,7 +107,7 @@ void empty(Lib::VarArrayExt<T>& run, Lib::Flags::Bit bit) {
 // What is known of one source of navigation packets.
 class DataWrap : public Lib::StampedPart {
  public:
-  DataWrap() { Invalidate(); }
+  DataWrap();
   // Makes every value, and the reference, invalid.
   void Invalidate();
 
@@ -123,7 +123,7 @@ class DataWrap : public Lib::StampedPart {
 // What one target reports, and what is computed from it.
 class DataTarget : public Lib::StampedPart {
  public:
-  DataTarget() { Invalidate(); }
+  DataTarget();
   // Makes every value, and the reference, invalid.
   void Invalidate();
 
@@ -143,7 +143,7 @@ class DataTarget : public Lib::StampedPart {
 // Time, the hunter, the lanes and the system. Its values are stamped with its own Nano.
 class DataMain {
  public:
-  DataMain() { Invalidate(); }
+  DataMain();
   // Makes every value invalid.
   void Invalidate();
 
