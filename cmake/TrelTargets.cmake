@@ -1,17 +1,29 @@
 # One library target per folder below source/code, and one test program per folder below tests.
 
-# trel_library(NAME SOURCES file... [PUBLIC target...] [PRIVATE target...])
+# trel_compile_together(TARGET COUNT file...): compiles the target's files COUNT at a time (0: all of
+# them), but for those named.
+function(trel_compile_together target count)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${count})
+  set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
+# trel_library(NAME SOURCES file... [ALONE file...] [PUBLIC target...] [PRIVATE target...])
 #
 # Makes the static library trel_NAME (a header-only folder becomes an interface library), known as
-# trakdump::NAME, whose headers are included from the root source/code.
+# trakdump::NAME, whose headers are included from the root source/code. With
+# TRAKDUMP_UNITY_LIBRARIES its SOURCES are compiled ten at a time, since they share most of what they
+# instantiate: so they must not give one name to two things. The files ALONE may.
 function(trel_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;ALONE;PUBLIC;PRIVATE" ${ARGN})
   set(target trel_${name})
   if(ARG_SOURCES)
-    add_library(${target} STATIC ${ARG_SOURCES})
+    add_library(${target} STATIC ${ARG_SOURCES} ${ARG_ALONE})
     set(scope PUBLIC)
     target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:trel_strict> ${ARG_PRIVATE})
     trel_use_precompiled(${target} library)
+    if(TRAKDUMP_UNITY_LIBRARIES)
+      trel_compile_together(${target} 10 ${ARG_ALONE})
+    endif()
   else()
     add_library(${target} INTERFACE)
     set(scope INTERFACE)
@@ -100,8 +112,7 @@ function(trel_test name)
   target_link_libraries(${target} PRIVATE trel_test_options ${ARG_LINK})
   target_precompile_headers(${target} REUSE_FROM test_precompiled)
   if(TRAKDUMP_UNITY_TESTS)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
-    set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    trel_compile_together(${target} 0 ${ARG_ALONE})
   endif()
   if(TRAKDUMP_SANITIZE)
     add_test(NAME ${target} COMMAND ${target})
