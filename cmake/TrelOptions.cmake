@@ -31,6 +31,11 @@ if(TRAKDUMP_SANITIZE)
   target_compile_options(
     trel_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(trel_options INTERFACE -fsanitize=${TRAKDUMP_SANITIZE})
+  # What the sanitizers add makes programs of many megabytes: clang's own linker is quick with them.
+  find_program(TREL_LLD ld.lld)
+  if(TREL_LLD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_link_options(trel_options INTERFACE -fuse-ld=lld)
+  endif()
 endif()
 
 # The system's own code answers for each narrowing; tests and tools need not.
