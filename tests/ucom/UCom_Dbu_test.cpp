@@ -368,13 +368,19 @@ TEST(UComDbu, a_message_above_the_highest_number_is_unknown) {
 }
 
 TEST(UComDbu, its_reach_is_that_of_the_widest_read) {
-  // int16 at bit 24: three bytes from byte 3; double at bit 17: nine bytes from byte 2.
-  const Dbu dbu = configured(document(R"({"ID":1,"BS":[10]},{"ID":2,"BS":[11]})",
-                                      R"({"ID":10,"BT":"S","BS":16,"BO":24},
-                                         {"ID":11,"BT":"R","BS":64,"BO":17},
-                                         {"ID":12,"BO":800})"));
-  EXPECT_EQ(dbu.get_message_by_mid(1)->get_reach(), 6u);
+  // int16 at bit 24: its two bytes from byte 3, and a third where it stands or ends within one;
+  // double at bit 17: nine bytes from byte 2.
+  const Dbu dbu = configured(
+      document(R"({"ID":1,"BS":[10]},{"ID":2,"BS":[11]},{"ID":3,"BS":[12]},{"ID":4,"BS":[13]})",
+               R"({"ID":10,"BT":"S","BS":16,"BO":24},
+                  {"ID":11,"BT":"R","BS":64,"BO":17},
+                  {"ID":12,"BT":"S","BS":16,"BO":25},
+                  {"ID":13,"BT":"S","BS":15,"BO":24},
+                  {"ID":14,"BO":800})"));
+  EXPECT_EQ(dbu.get_message_by_mid(1)->get_reach(), 5u);
   EXPECT_EQ(dbu.get_message_by_mid(2)->get_reach(), 11u);
+  EXPECT_EQ(dbu.get_message_by_mid(3)->get_reach(), 6u);
+  EXPECT_EQ(dbu.get_message_by_mid(4)->get_reach(), 6u);
   EXPECT_EQ(dbu.get_reach(), 11u);
 }
 

@@ -64,4 +64,11 @@ template <Lib::ElementType B>
   }
 }
 
+// The same for a field that fills a B from the border of a byte on: no shift is needed, and nothing
+// behind the field is read.
+template <Lib::ElementType B>
+[[nodiscard]] constexpr B extract_whole(const unsigned char* p) {
+  return std::bit_cast<B>(Lib::load_bytes<Bits<B>, sizeof(B), Lib::ByteOrder::LE>(p));
+}
+
 }  // namespace Trel::UCom

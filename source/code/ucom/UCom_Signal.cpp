@@ -79,6 +79,7 @@ Signal::Signal(const SignalBasic& basic) : sid(basic.sid), details_(std::make_un
   byte_first = range.byte_first;
   shift_left = range.shift_left;
   shift_right = range.shift_right;
+  whole = range.is_whole();
 }
 
 Signal::~Signal() = default;
@@ -150,7 +151,7 @@ SignalRange Signal::get_range() const {
 }
 
 std::uint32_t Signal::get_reach() const {
-  return byte_first + size_of_read(get_bit_type());
+  return byte_first + (whole ? size_of_type(get_bit_type()) : size_of_read(get_bit_type()));
 }
 
 bool Signal::is_listed() const {

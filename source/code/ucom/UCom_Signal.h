@@ -3,7 +3,7 @@
 // Signal hides the types, SignalM<M> fixes the measurement type that the user sees, SignalX<B, M>
 // (in UCom_SignalX.h) the bit type as well. Signals belong to the database and live as long as it
 // does. Message data is passed as a pointer to its first byte, behind the message number; it must
-// have get_reach() bytes, since reads are wider than the field.
+// have get_reach() bytes, since reads can be wider than the field.
 #pragma once
 
 #include <cstdint>
@@ -59,6 +59,8 @@ struct SignalRange {
   std::uint32_t shift_right = 0;
 
   void set_range(const SignalBasic& basic);
+  // Whether the field fills its type from the border of a byte on.
+  [[nodiscard]] bool is_whole() const { return bit_shift == 0 && bit_top == type_bits; }
 };
 
 class Signal {
@@ -119,6 +121,7 @@ class Signal {
   std::uint32_t byte_first;
   std::uint32_t shift_left;
   std::uint32_t shift_right;
+  bool whole;
 
  private:
   struct Details;

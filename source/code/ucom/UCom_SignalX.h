@@ -35,7 +35,7 @@ class SignalX final : public SignalM<M> {
   using SignalM<M>::SignalM;
 
   [[nodiscard]] M convert(const unsigned char* bytes) const override {
-    const B raw = extract<B>(bytes + this->byte_first, this->shift_left, this->shift_right);
+    const B raw = read(bytes + this->byte_first);
     if constexpr (std::is_same_v<M, bool>) {
       return raw;
     } else if constexpr (std::is_integral_v<M>) {
@@ -55,6 +55,14 @@ class SignalX final : public SignalM<M> {
   void decode(Values& values, const Lib::StampExt& stamp,
               const unsigned char* bytes) const override {
     SignalX::convert(values.all<M>()[this->get_slot()], stamp, bytes);
+  }
+
+ private:
+  [[nodiscard]] B read(const unsigned char* p) const {
+    if constexpr (!std::is_same_v<B, bool>) {
+      if (this->whole) return extract_whole<B>(p);
+    }
+    return extract<B>(p, this->shift_left, this->shift_right);
   }
 };
 
