@@ -1,8 +1,8 @@
 #include "support/Support_Bytes.h"
 
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 
 namespace Trel::Support {
@@ -41,7 +41,9 @@ void write_file(const std::filesystem::path& path, const Bytes& bytes) {
 Bytes read_file(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path.string());
-  return Bytes(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  std::ostringstream bytes;
+  bytes << file.rdbuf();
+  return bytes_of(bytes.str());
 }
 
 }  // namespace Trel::Support
