@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <nlohmann/json.hpp>
 
 namespace Trel::Com {
 namespace {

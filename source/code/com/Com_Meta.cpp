@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <locale>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string_view>
 #include <utility>
