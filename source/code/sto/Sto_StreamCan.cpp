@@ -5,6 +5,8 @@ namespace Trel::Sto {
 StreamCan::StreamCan(Enum::TRANSPORT_TYPE transport, unsigned int serial)
     : StreamDescribed(transport, Enum::CODEC_TYPE_CAN, serial) {}
 
+StreamCan::~StreamCan() = default;
+
 bool StreamCan::codec_configure() {
   const Com::Meta* header = meta.find_aux_header("(Trel-Can-Dbc)");
   if (header == nullptr) return false;

@@ -13,6 +13,7 @@ namespace Trel::Sto {
 class StreamCan : public StreamDescribed<Can::Codec, Can::ComData, AccessCan> {
  public:
   StreamCan(Enum::TRANSPORT_TYPE transport, unsigned int serial);
+  ~StreamCan() override;
 
   // False without the database header.
   bool codec_configure() override;

@@ -9,6 +9,7 @@ namespace Trel::Sto {
 class StreamMCom final : public StreamNav<Nav::MComCodec, AccessMCom> {
  public:
   StreamMCom(Enum::TRANSPORT_TYPE transport, unsigned int serial);
+  ~StreamMCom() override;
 
  private:
   // A bare packet; what is of another size is none.

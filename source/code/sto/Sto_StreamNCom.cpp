@@ -12,6 +12,8 @@ constexpr unsigned int kLeastRangeSize = 77;
 StreamNCom::StreamNCom(Enum::TRANSPORT_TYPE transport, unsigned int serial)
     : StreamNav(transport, Enum::CODEC_TYPE_NCOM, serial) {}
 
+StreamNCom::~StreamNCom() = default;
+
 bool StreamNCom::raw_packet(const unsigned char* data, unsigned int size) {
   if (size == kPacketSize) return codec.DecodeBasic(data, false) == kPrescanComplete;
   if (size >= kLeastRangeSize) return codec.DecodeRange(data, size, true) == kPrescanComplete;

@@ -10,6 +10,7 @@ namespace Trel::Sto {
 class StreamNCom final : public StreamNav<Nav::NComCodec, AccessNCom> {
  public:
   StreamNCom(Enum::TRANSPORT_TYPE transport, unsigned int serial);
+  ~StreamNCom() override;
 
  private:
   // A bare packet, or, when longer, packets behind a header that tells where they came from.

@@ -24,6 +24,8 @@ std::string words(const Lib::VariableExt<T>& value, ValueText<T> text) {
 StreamRCom::StreamRCom(Enum::TRANSPORT_TYPE transport, unsigned int serial)
     : StreamKeyed(transport, Enum::CODEC_TYPE_RCOM, serial) {}
 
+StreamRCom::~StreamRCom() = default;
+
 RangeSources StreamRCom::sources() const {
   RangeSources found;
   for (unsigned int n = 0; n < ComData::kWraps; ++n) {

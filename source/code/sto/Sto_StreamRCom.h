@@ -12,6 +12,7 @@ namespace Trel::Sto {
 class StreamRCom : public StreamKeyed<Rng::RComCodec, Rng::ComData, AccessRCom> {
  public:
   StreamRCom(Enum::TRANSPORT_TYPE transport, unsigned int serial);
+  ~StreamRCom() override;
 
   // What the last good data tells of the sources; before the scan for it, nothing.
   [[nodiscard]] RangeSources sources() const;

@@ -5,6 +5,8 @@ namespace Trel::Sto {
 StreamUCom::StreamUCom(Enum::TRANSPORT_TYPE transport, unsigned int serial)
     : StreamDescribed(transport, Enum::CODEC_TYPE_UCOM, serial, true) {}
 
+StreamUCom::~StreamUCom() = default;
+
 bool StreamUCom::codec_configure() {
   const Com::Meta* header = meta.find_aux_header("/Trel-UCom-Dbu/");
   if (header == nullptr) return false;

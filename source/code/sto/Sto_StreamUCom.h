@@ -15,6 +15,7 @@ namespace Trel::Sto {
 class StreamUCom : public StreamDescribed<UCom::Codec, UCom::ComData, AccessUCom> {
  public:
   StreamUCom(Enum::TRANSPORT_TYPE transport, unsigned int serial);
+  ~StreamUCom() override;
 
   // False without the database header.
   bool codec_configure() override;
