@@ -58,9 +58,9 @@ if(TRAKDUMP_TESTS)
     test_precompiled PRIVATE <gtest/gtest.h> <gmock/gmock.h> <fstream> <nlohmann/json.hpp>)
 endif()
 
-# Clang's builds under the sanitizers compile the headers of others once for all libraries, too, and
-# once more for what tests and tools share. Those of gcc, which are shipped, show that each source
-# includes what it uses.
+# Clang's builds under the sanitizers compile the headers of others once for all libraries and fuzz
+# targets, too, and let the tools share those of the tests. Those of gcc, which are shipped, show that
+# each source includes what it uses.
 if(TRAKDUMP_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/precompiled/library.cpp CONTENT "// nothing\n")
   add_library(library_precompiled OBJECT ${PROJECT_BINARY_DIR}/precompiled/library.cpp)
