@@ -3,6 +3,8 @@
 
 #include <memory>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "nav/Nav_StatusValues.h"
 
@@ -350,11 +352,17 @@ TEST(MComChannels, bring_no_value_that_is_an_element_of_ncom_alone) {
     }
   }
   ASSERT_TRUE(feed.good("NorthAcc"));
+  std::vector<std::string> arrived;
 #define VALUE(name, type, key, unit, resolution, text, families, description) \
-  if (families == Family::NCom) {                                             \
-    EXPECT_FALSE(feed.data().Var##name().ok()) << #name;                      \
-  }
+  if (families == Family::NCom && feed.data().Var##name().ok()) arrived.emplace_back(#name);
 #include "nav/Nav_ComData.def"
+  EXPECT_EQ(arrived, std::vector<std::string>());
+}
+
+template <class T>
+void expect_same(const char* name, const Lib::VariableExt<T>& one, const Lib::VariableExt<T>& two) {
+  EXPECT_EQ(one.get(), two.get()) << name;
+  EXPECT_EQ(one.get_flags(), two.get_flags()) << name;
 }
 
 TEST(MComCodec, bytes_69_to_73_say_nothing) {
@@ -365,9 +373,7 @@ TEST(MComCodec, bytes_69_to_73_say_nothing) {
     plain.take(packet);
     filled.take(MComPacket(packet).raw(69, {0xFF, 0x5A, 0x01, 0x80, 0xE8}));
   }
-#define VALUE(name, ...)                                                                 \
-  EXPECT_EQ(plain.CData().Var##name().get(), filled.CData().Var##name().get()) << #name; \
-  EXPECT_EQ(plain.CData().Var##name().get_flags(), filled.CData().Var##name().get_flags()) << #name;
+#define VALUE(name, ...) expect_same(#name, plain.CData().Var##name(), filled.CData().Var##name());
 #include "nav/Nav_ComData.def"
 }
 
