@@ -48,35 +48,50 @@ struct Value {
   Family families = Family::None;  // whose element it is
 };
 
-#define TREL_TEST_VALUE(name, type, key, unit, resolution, text, families, description)    \
-  if (wanted == prefix + #name) {                                                          \
-    return Value{static_cast<double>(part.Var##name().get()), part.Var##name(), families}; \
-  }
+template <class T>
+Value told(const Lib::VariableExt<T>& variable, Family families) {
+  return {static_cast<double>(variable.get()), variable, families};
+}
 
-// The value of this name, as the element tables call it.
-[[nodiscard]] inline std::optional<Value> value_of(const ComData& data, std::string_view wanted) {
+#define TREL_TEST_VALUE(name, type, key, unit, resolution, text, families, description) \
+  if (wanted == #name) return told(part.Var##name(), families);
+
+inline std::optional<Value> value_of_part(const ComData& part, std::string_view wanted) {
 #define VALUE TREL_TEST_VALUE
-  {
-    const ComData& part = data;
-    const std::string prefix;
 #include "nav/Nav_ComData.def"
-  }
-  constexpr const char* kReceivers[] = {"GpsInt1_", "GpsExt1_", "GpsInt2_"};
-  for (unsigned int k = 0; k < ComData::kReceivers; ++k) {
-    const ComDataGps& part = data.DGps(k);
-    const std::string prefix = kReceivers[k];
+  return std::nullopt;
+}
+
+inline std::optional<Value> value_of_part(const ComDataGps& part, std::string_view wanted) {
 #define VALUE TREL_TEST_VALUE
 #include "nav/Nav_ComDataGps.def"
-  }
-  for (unsigned int k = 0; k < ComData::kMeasurePoints; ++k) {
-    const ComDataMeasurePt& part = data.DMeasurePt(k);
-    const std::string prefix = "MeasPt" + std::to_string(k + 1) + "_";
+  return std::nullopt;
+}
+
+inline std::optional<Value> value_of_part(const ComDataMeasurePt& part, std::string_view wanted) {
 #define VALUE TREL_TEST_VALUE
 #include "nav/Nav_ComDataMeasurePt.def"
-  }
   return std::nullopt;
 }
 #undef TREL_TEST_VALUE
+
+// The value of this name, as the element tables call it.
+[[nodiscard]] inline std::optional<Value> value_of(const ComData& data, std::string_view wanted) {
+  constexpr std::string_view kReceivers[] = {"GpsInt1_", "GpsExt1_", "GpsInt2_"};
+  for (unsigned int k = 0; k < ComData::kReceivers; ++k) {
+    const std::string_view prefix = kReceivers[k];
+    if (wanted.starts_with(prefix)) {
+      return value_of_part(data.DGps(k), wanted.substr(prefix.size()));
+    }
+  }
+  for (unsigned int k = 0; k < ComData::kMeasurePoints; ++k) {
+    const std::string prefix = "MeasPt" + std::to_string(k + 1) + "_";
+    if (wanted.starts_with(prefix)) {
+      return value_of_part(data.DMeasurePt(k), wanted.substr(prefix.size()));
+    }
+  }
+  return value_of_part(data, wanted);
+}
 
 // A codec that is fed one channel at a time, ten milliseconds apart, from kStart on.
 class StatusFeed {
