@@ -130,8 +130,8 @@ class ComBase {
 
   void UpdateNav();
   void note_key();
-  // What is not regular: false for a packet that goes no further, which all do but those of a
-  // trigger.
+  // Takes a packet that is not regular; true for one of a trigger, which goes on like a regular
+  // one.
   bool begin_special();
   bool begin_triggered();
   void decode_extra_packet();
