@@ -114,6 +114,8 @@ TEST(UComCodec, the_second_Nano_is_an_ordinary_signal) {
   }
   decode(codec, 1, data);
   EXPECT_EQ(codec.Nano().get(), 2);
+  EXPECT_EQ(variable<long long>(codec, 10).get(), 1);
+  EXPECT_TRUE(variable<long long>(codec, 10).isTimeless());
   EXPECT_EQ(variable<long long>(codec, 12).get(), 3);
   EXPECT_EQ(variable<long long>(codec, 12).get_nano(), 2);
 }
@@ -143,6 +145,44 @@ TEST(UComCodec, signals_ahead_of_the_time_take_the_previous_one) {
   EXPECT_FALSE(variable<unsigned char>(codec, 5).isTimeless());
   EXPECT_EQ(variable<unsigned char>(codec, 15).get(), 4);
   EXPECT_EQ(variable<unsigned char>(codec, 15).get_nano(), 2000);
+}
+
+TEST(UComCodec, the_place_behind_the_time_counts_whatever_the_types_of_signals) {
+  // Signals 1 to 6 stand ahead of the time, 8 to 13 behind it: an 8-bit integer, one measured as a
+  // double and one within its byte, twice each.
+  std::string list = "7";
+  std::string signals = R"({"ID":7,"DN":"Nano","BT":"S","BS":64})";
+  const std::string kinds[] = {R"("BT":"U","BS":8)", R"("BT":"U","BS":8,"MT":"R64")",
+                               R"("BT":"U","BS":7)"};
+  for (int sid = 1; sid <= 13; ++sid) {
+    if (sid == 7) continue;
+    const int byte = sid < 7 ? sid + 7 : sid + 6;
+    list += "," + std::to_string(sid);
+    signals += R"(,{"ID":)" + std::to_string(sid) + R"(,"BO":)" + std::to_string(8 * byte) + "," +
+               kinds[sid % 3] + "}";
+  }
+  Codec codec(false);
+  codec.configure(document(R"({"ID":1,"BS":[)" + list + "]}", signals), false);
+  for (const int round : {1, 2}) {
+    Bytes data = int64_bytes(1000 * round);
+    for (int sid = 1; sid <= 13; ++sid) {
+      if (sid != 7) data.push_back(static_cast<unsigned char>(10 * round + sid));
+    }
+    decode(codec, 1, data);
+  }
+  for (int sid = 1; sid <= 13; ++sid) {
+    if (sid == 7) continue;
+    const auto expect = [&](const auto& variable) {
+      EXPECT_EQ(variable.get(), 20 + sid) << sid;
+      EXPECT_EQ(variable.get_nano(), sid < 7 ? 1000 : 2000) << sid;
+      EXPECT_FALSE(variable.isTimeless()) << sid;
+    };
+    if (sid % 3 == 1) {
+      expect(variable<double>(codec, static_cast<sid_t>(sid)));
+    } else {
+      expect(variable<unsigned char>(codec, static_cast<sid_t>(sid)));
+    }
+  }
 }
 
 TEST(UComCodec, a_message_without_time_takes_the_last_one) {

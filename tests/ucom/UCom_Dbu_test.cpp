@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace {
 using nlohmann::json;
 using testing::ElementsAre;
 using testing::Key;
+using testing::UnorderedElementsAre;
 using namespace Enum;
 
 Dbu configured(const json& source) {
@@ -35,9 +37,15 @@ bool has_signal(const std::string& keys) {
   return configured(one_signal(keys)).find_signal(10) != nullptr;
 }
 
-std::vector<sid_t> sids(const std::vector<Signal*>& signals) {
+std::vector<sid_t> sids(std::span<const Signal* const> signals) {
   std::vector<sid_t> result;
   for (const Signal* signal : signals) result.push_back(signal->get_sid());
+  return result;
+}
+
+std::vector<std::vector<sid_t>> sids_of_runs(const std::vector<SignalRun>& runs) {
+  std::vector<std::vector<sid_t>> result;
+  for (const SignalRun run : runs) result.push_back(sids(run));
   return result;
 }
 
@@ -289,7 +297,6 @@ TEST(UComDbu, a_message_drops_what_it_lists_in_vain) {
   const Message* message = dbu.get_message_by_mid(1);
   EXPECT_THAT(message->get_signals(), ElementsAre(Key(10), Key(12)));
   EXPECT_EQ(message->get_signals().at(10), dbu.find_signal(10));
-  EXPECT_THAT(message->get_sequence(), ElementsAre(dbu.find_signal(10), dbu.find_signal(12)));
 }
 
 TEST(UComDbu, a_signal_of_two_messages_has_both_and_one_index) {
@@ -306,8 +313,6 @@ TEST(UComDbu, messages_that_inherit_their_list_hold_the_same_signals) {
                                       R"({"ID":10},{"ID":12})"));
   for (const mid_t mid : {1, 2, 3}) {
     EXPECT_THAT(dbu.get_message_by_mid(mid)->get_signals(), ElementsAre(Key(10), Key(12))) << mid;
-    EXPECT_THAT(dbu.get_message_by_mid(mid)->get_sequence(),
-                ElementsAre(dbu.find_signal(10), dbu.find_signal(12)));
     EXPECT_EQ(dbu.get_message_by_mid(mid)->get_mix(), mid - 1);
   }
   EXPECT_THAT(dbu.find_signal(12)->get_messages(), ElementsAre(Key(1), Key(2), Key(3)));
@@ -319,6 +324,43 @@ TEST(UComDbu, signals_that_inherit_a_text_hold_the_same_one) {
   const Dbu dbu = configured(
       document(R"({"ID":1,"BS":[10,11]})", R"({"ID":10,"DC":"long"},{"ID":11,"IP":10})"));
   EXPECT_EQ(&dbu.find_signal(10)->get_comment(), &dbu.find_signal(11)->get_comment());
+}
+
+TEST(UComDbu, runs_are_of_one_kind_and_do_not_pass_the_time) {
+  // 12 is the time. 10, 13 and 17 stand within bytes, all other integers fill their bytes.
+  Dbu dbu =
+      configured(document(R"({"ID":1,"BS":[10,11,12,13,14,15,16,17,18]})",
+                          R"({"ID":10,"BT":"S","BS":16,"BO":1},{"ID":11,"BT":"S","BS":16,"BO":16},
+         {"ID":12,"BT":"S","BS":64,"BO":0},{"ID":13,"BT":"S","BS":16,"BO":2},
+         {"ID":14,"BT":"S","BS":16,"BO":24},{"ID":15,"BT":"S","BS":16,"BO":32,"MT":"R64"},
+         {"ID":16,"BT":"S","BS":16,"BO":40},{"ID":17,"BT":"S","BS":16,"BO":3},
+         {"ID":18,"BT":"S","BS":16,"BO":48,"MT":"R64"})"));
+  const SignalList& list = dbu.get_message_by_mid(1)->get_list();
+  EXPECT_TRUE(list.get_runs_to_time().empty());
+  EXPECT_TRUE(list.get_runs_behind_time().empty());
+
+  dbu.arrange(12);
+  EXPECT_THAT(sids_of_runs(list.get_runs_to_time()),
+              UnorderedElementsAre(ElementsAre(10), ElementsAre(11), ElementsAre(12)));
+  EXPECT_THAT(sids_of_runs(list.get_runs_behind_time()),
+              UnorderedElementsAre(ElementsAre(13, 17), ElementsAre(14, 16), ElementsAre(15, 18)));
+}
+
+TEST(UComDbu, all_runs_are_behind_a_time_that_is_not_listed) {
+  Dbu dbu = configured(document(R"({"ID":1,"BS":[10,11]})", R"({"ID":10},{"ID":11})"));
+  dbu.arrange(sid_t_inv);
+  const SignalList& list = dbu.get_message_by_mid(1)->get_list();
+  EXPECT_TRUE(list.get_runs_to_time().empty());
+  EXPECT_THAT(sids_of_runs(list.get_runs_behind_time()), ElementsAre(ElementsAre(10, 11)));
+}
+
+TEST(UComDbu, a_list_that_messages_share_is_arranged_once) {
+  Dbu dbu = configured(
+      document(R"({"ID":1,"BS":[10,11]},{"ID":2,"IP":1})", R"({"ID":10},{"ID":11,"BT":"R"})"));
+  dbu.arrange(10);
+  const SignalList& list = dbu.get_message_by_mid(2)->get_list();
+  EXPECT_THAT(sids_of_runs(list.get_runs_to_time()), ElementsAre(ElementsAre(10)));
+  EXPECT_THAT(sids_of_runs(list.get_runs_behind_time()), ElementsAre(ElementsAre(11)));
 }
 
 TEST(UComDbu, indexes_go_to_what_is_linked_in_ascending_order) {

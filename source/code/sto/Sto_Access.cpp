@@ -24,8 +24,8 @@ void AccessMaps::add(std::size_t kind, std::unique_ptr<AnyAccessRow> row,
                      unsigned int measurement) {
   if (next_pointer_id_ >= kMaximumRows) return;
   row->pointer_id = measurement + next_pointer_id_;
-  std::string name = row->name;
-  if (maps_[kind].try_emplace(std::move(name), std::move(row)).second) ++next_pointer_id_;
+  const std::string_view name = row->name;
+  if (maps_[kind].try_emplace(name, std::move(row)).second) ++next_pointer_id_;
 }
 
 }  // namespace Trel::Sto

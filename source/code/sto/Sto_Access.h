@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -55,7 +56,8 @@ class AccessRow : public AnyAccessRow {
 // The maps of a table, which need not know the codec's rows.
 class AccessMaps {
  public:
-  using Map = std::map<std::string, std::unique_ptr<const AnyAccessRow>>;
+  // Each row under its own name.
+  using Map = std::map<std::string_view, std::unique_ptr<const AnyAccessRow>>;
 
   static constexpr unsigned int kMaximumRows = 1000;
 

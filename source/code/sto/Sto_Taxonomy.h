@@ -74,7 +74,9 @@ class Text {
   Text() = default;  // empty
   Text(std::shared_ptr<const std::string> text) : text_(std::move(text)) {}
   Text(std::string text) : Text(std::make_shared<const std::string>(std::move(text))) {}
-  Text(const char* text) : Text(std::string(text)) {}
+  Text(const char* text) {
+    if (*text != '\0') *this = std::string(text);
+  }
 
   // Valid as long as any copy.
   [[nodiscard]] const std::string& str() const;

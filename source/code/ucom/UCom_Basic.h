@@ -6,11 +6,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "enum/Enum.h"
 
 namespace Trel::UCom {
+
+class Signal;
 
 using sid_t = std::uint64_t;
 using six_t = std::uint64_t;
@@ -38,5 +41,8 @@ struct SignalBasic {
 struct MessageBasic {
   mid_t mid = mid_t_inv;
 };
+
+// Signals of one kind that a message lists, at least one: what is decoded in one call.
+using SignalRun = std::span<const Signal* const>;
 
 }  // namespace Trel::UCom

@@ -27,17 +27,9 @@ void Codec::configure(const nlohmann::json& document, bool flag) {
     std::uint32_t slot = 0;
     if (com_data_.configure_slot(signal->get_mea_type(), slot)) signal->set_slot(slot);
   }
+  dbu_.arrange(nano_sid);
   scratch_.assign(dbu_.get_reach(), 0);
   invalidate(flag);
-}
-
-bool Codec::decode(const unsigned char* bytes, std::size_t size) {
-  if (prescan_.state != 0) {
-    decode_regular(bytes, size);
-    return true;
-  }
-  decode_prescan(bytes, size);
-  return prescan_.state != 2;
 }
 
 void Codec::rewind(bool flag) {
@@ -51,15 +43,16 @@ void Codec::rewind(bool flag) {
   }
 }
 
-Codec::Packet Codec::open(const unsigned char* bytes, std::size_t size) {
+inline Codec::Packet Codec::open(const unsigned char* bytes, std::size_t size) {
   if (bytes == nullptr || size <= kNumberSize) return {nullptr, nullptr};
   const Message* message = dbu_.get_message_by_mid(cast_2_byte_LE_to_uint16(bytes));
   if (message == nullptr) return {nullptr, nullptr};
-  return {message, extend(bytes + kNumberSize, size - kNumberSize, message->get_reach())};
+  const unsigned char* const data = bytes + kNumberSize;
+  size -= kNumberSize;
+  return {message, size >= message->get_reach() ? data : extend(data, size, message->get_reach())};
 }
 
 const unsigned char* Codec::extend(const unsigned char* data, std::size_t size, std::size_t reach) {
-  if (size >= reach) return data;
   std::copy_n(data, size, scratch_.begin());
   std::fill_n(scratch_.begin() + static_cast<std::ptrdiff_t>(size), reach - size, 0);
   return scratch_.data();
@@ -70,11 +63,13 @@ void Codec::decode_regular(const unsigned char* bytes, std::size_t size) {
   if (packet.message == nullptr) return;
   Values& values = com_data_.values();
   const Lib::StampExt& stamp = com_data_.Nano();
-  const sid_t nano = nano_sid;
-  for (const Signal* signal : packet.message->get_sequence()) {
-    signal->decode(values, stamp, packet.data);
-    if (signal->get_sid() == nano) com_data_.Stamp();
-  }
+  const auto decode_runs = [&, data = packet.data](const std::vector<SignalRun>& runs) {
+    for (const SignalRun run : runs) run.front()->decode(run, values, stamp, data);
+  };
+  const SignalList& signals = packet.message->get_list();
+  decode_runs(signals.get_runs_to_time());
+  if (!signals.get_runs_to_time().empty()) com_data_.Stamp();
+  decode_runs(signals.get_runs_behind_time());
 }
 
 void Codec::decode_prescan(const unsigned char* bytes, std::size_t size) {

@@ -40,7 +40,14 @@ class Codec {
   void configure(const nlohmann::json& document, bool flag);
 
   // Decodes one packet. False exactly for the packet that ended the prescan.
-  bool decode(const unsigned char* bytes, std::size_t size);
+  bool decode(const unsigned char* bytes, std::size_t size) {
+    if (prescan_.state != 0) {
+      decode_regular(bytes, size);
+      return true;
+    }
+    decode_prescan(bytes, size);
+    return prescan_.state != 2;
+  }
 
   // Invalidates the data for a new pass. A prescan that found nothing is over; after one that found
   // the start, `flag` gives Nano that time, so that the first packets are stamped.

@@ -22,10 +22,4 @@ void ComData::invalidate() {
   });
 }
 
-void ComData::Stamp() {
-  Lib::VariableExt<long long>& nano = all<long long>()[nano_slot];
-  if (nano.ok()) nano.set_nano(nano.get());
-  nano.setTimeless(!nano.ok());
-}
-
 }  // namespace Trel::UCom

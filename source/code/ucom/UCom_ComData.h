@@ -26,7 +26,11 @@ class ComData final : public AbstractDispatcher {
   // Invalidates every variable; the slots stay.
   void invalidate();
   // Dates Nano with its own value when it is ok, and makes it Timeless otherwise.
-  void Stamp();
+  void Stamp() {
+    Lib::VariableExt<long long>& nano = all<long long>()[nano_slot];
+    if (nano.ok()) nano.set_nano(nano.get());
+    nano.setTimeless(!nano.ok());
+  }
 
   [[nodiscard]] const Lib::VariableExt<long long>& Nano() const {
     return all<long long>()[nano_slot];

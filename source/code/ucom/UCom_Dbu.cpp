@@ -36,6 +36,10 @@ void Dbu::configure(const Json& document) {
   index_messages();
 }
 
+void Dbu::arrange(sid_t time) {
+  for (Message* message : messages_) message->arrange(time);
+}
+
 const Signal* Dbu::find_signal(sid_t sid) const {
   const auto found = signals_by_sid_.find(sid);
   return found == signals_by_sid_.end() ? nullptr : found->second.get();

@@ -25,6 +25,9 @@ class Dbu {
   // Replaces what the database held by the content of `document`.
   void configure(const nlohmann::json& document);
 
+  // Sorts the signals of each message into runs for decoding, as SignalList::arrange() does.
+  void arrange(sid_t time);
+
   // The signals that some message lists, indexed by six, in ascending order of sid.
   [[nodiscard]] const std::vector<Signal*>& get_signals() const { return signals_; }
   // The messages that have signals, indexed by mix, in ascending order of mid.

@@ -1,11 +1,28 @@
 #include "ucom/UCom_Message.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 
 #include "ucom/UCom_Recursive.h"
 #include "ucom/UCom_Signal.h"
 
 namespace Trel::UCom {
+namespace {
+
+// Sorts the signals by kind, and appends those of each kind to `runs`.
+void append_runs(std::vector<SignalRun>& runs, std::span<const Signal*> signals) {
+  std::ranges::stable_sort(signals, {}, &Signal::get_kind);
+  for (auto begin = signals.begin(); begin != signals.end();) {
+    const auto end = std::find_if(begin, signals.end(), [begin](const Signal* signal) {
+      return signal->get_kind() != (*begin)->get_kind();
+    });
+    runs.emplace_back(begin, end);
+    begin = end;
+  }
+}
+
+}  // namespace
 
 void SignalList::connect(Message& message,
                          const std::map<sid_t, std::unique_ptr<Signal>>& signals) {
@@ -28,6 +45,15 @@ void SignalList::resolve(const std::map<sid_t, std::unique_ptr<Signal>>& signals
     listed->second = signal;
     ++listed;
   }
+}
+
+void SignalList::arrange(sid_t time) {
+  if (!runs_to_time_.empty() || !runs_behind_time_.empty()) return;
+  const std::span all = sequence_;
+  const auto found = std::ranges::find(all, time, &Signal::get_sid);
+  const auto behind = found == all.end() ? all.begin() : std::next(found);
+  append_runs(runs_to_time_, {all.begin(), behind});
+  append_runs(runs_behind_time_, {behind, all.end()});
 }
 
 bool Message::parse(RecursiveMessages& lookup) {

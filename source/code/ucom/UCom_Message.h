@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -29,10 +28,18 @@ class SignalList {
   // `signals`, tells them, and removes those that are not there.
   void connect(Message& message, const std::map<sid_t, std::unique_ptr<Signal>>& signals);
 
+  // Sorts the connected signals into runs for decoding, in which `time` is the sid of the time
+  // signal; it need not be listed. Further calls change nothing.
+  void arrange(sid_t time);
+
   // Null pointers until the list is connected.
   [[nodiscard]] const std::map<sid_t, Signal*>& get_signals() const { return signals_; }
-  // The connected signals in ascending order of sid.
-  [[nodiscard]] std::span<const Signal* const> get_sequence() const { return sequence_; }
+  // The runs up to the time signal, which is the last and a run of its own, and those of the
+  // signals behind it. Where it is not listed all are behind it. None before arrange().
+  [[nodiscard]] const std::vector<SignalRun>& get_runs_to_time() const { return runs_to_time_; }
+  [[nodiscard]] const std::vector<SignalRun>& get_runs_behind_time() const {
+    return runs_behind_time_;
+  }
   // Bytes of message data that converting the signals can touch.
   [[nodiscard]] std::uint32_t get_reach() const { return reach_; }
   [[nodiscard]] const std::map<mid_t, Message*>& get_messages() const { return messages_; }
@@ -41,7 +48,9 @@ class SignalList {
   void resolve(const std::map<sid_t, std::unique_ptr<Signal>>& signals);
 
   std::map<sid_t, Signal*> signals_;
-  std::vector<const Signal*> sequence_;
+  std::vector<const Signal*> sequence_;  // of which the runs are parts
+  std::vector<SignalRun> runs_to_time_;
+  std::vector<SignalRun> runs_behind_time_;
   std::uint32_t reach_ = 0;
   std::map<mid_t, Message*> messages_;
 };
@@ -56,6 +65,8 @@ class Message {
   bool parse(RecursiveMessages& lookup);
   // Binds the list, which parse() has read, to the signals of the database.
   void connect(const std::map<sid_t, std::unique_ptr<Signal>>& signals);
+  // As SignalList::arrange().
+  void arrange(sid_t time) { list_->arrange(time); }
 
   void set_mix(mix_t value) { mix = value; }
 
@@ -65,9 +76,7 @@ class Message {
   [[nodiscard]] const std::string& get_name() const { return *name; }
   [[nodiscard]] const std::string& get_comment() const { return *comment; }
   [[nodiscard]] const std::map<sid_t, Signal*>& get_signals() const { return list_->get_signals(); }
-  [[nodiscard]] std::span<const Signal* const> get_sequence() const {
-    return list_->get_sequence();
-  }
+  [[nodiscard]] const SignalList& get_list() const { return *list_; }
   [[nodiscard]] std::uint32_t get_reach() const { return list_->get_reach(); }
 
  private:

@@ -122,6 +122,9 @@ Enum::BASIC_TYPE Signal::get_bit_type() const {
 Enum::BASIC_TYPE Signal::get_mea_type() const {
   return details_->mea_type;
 }
+Signal::Kind Signal::get_kind() const {
+  return {get_bit_type(), get_mea_type(), whole};
+}
 std::uint32_t Signal::get_bit_size() const {
   return details_->bit_size;
 }

@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "library/Lib_Variable.h"
 #include "ucom/UCom_Basic.h"
@@ -79,10 +80,10 @@ class Signal {
   virtual void convert_print(std::ostream& out, const unsigned char* bytes) const = 0;
   // Calls the dispatcher's overload for the measurement type.
   virtual void accept(AbstractDispatcher& dispatcher, const unsigned char* bytes) const = 0;
-  // Sets the signal's own variable among `values` to the value, with the time and the Timeless
-  // state of `stamp`, which may be that of the variable itself: what every packet asks of its
-  // signals.
-  virtual void decode(Values& values, const Lib::StampExt& stamp,
+  // Sets the variable that each signal of `run` has among `values` to its value, with the time and
+  // the Timeless state of `stamp`, which may be that of such a variable. The signals must be of
+  // this one's kind.
+  virtual void decode(SignalRun run, Values& values, const Lib::StampExt& stamp,
                       const unsigned char* bytes) const = 0;
 
   void set_six(six_t six);
@@ -96,6 +97,10 @@ class Signal {
   [[nodiscard]] std::uint32_t get_slot() const { return slot; }
   [[nodiscard]] Enum::BASIC_TYPE get_bit_type() const;
   [[nodiscard]] Enum::BASIC_TYPE get_mea_type() const;
+  // Signals of one kind are decoded in the same way: both their types are the same, and all of
+  // them fill the bit type from the border of a byte on, or none does.
+  using Kind = std::tuple<Enum::BASIC_TYPE, Enum::BASIC_TYPE, bool>;
+  [[nodiscard]] Kind get_kind() const;
   [[nodiscard]] std::uint32_t get_bit_size() const;
   [[nodiscard]] std::uint32_t get_bit_offset() const;
   [[nodiscard]] const std::string& get_name() const;

@@ -35,7 +35,27 @@ class SignalX final : public SignalM<M> {
   using SignalM<M>::SignalM;
 
   [[nodiscard]] M convert(const unsigned char* bytes) const override {
-    const B raw = read(bytes + this->byte_first);
+    return this->whole ? value<true>(bytes) : value<false>(bytes);
+  }
+
+  void convert(Lib::VariableExt<M>& variable, const Lib::StampExt& stamp,
+               const unsigned char* bytes) const override {
+    variable.set(SignalX::convert(bytes), stamp);
+  }
+
+  void decode(SignalRun run, Values& values, const Lib::StampExt& stamp,
+              const unsigned char* bytes) const override {
+    if (this->whole) {
+      decode_run<true>(run, values.all<M>(), stamp, bytes);
+    } else {
+      decode_run<false>(run, values.all<M>(), stamp, bytes);
+    }
+  }
+
+ private:
+  template <bool kWhole>
+  [[nodiscard]] M value(const unsigned char* bytes) const {
+    const B raw = read<kWhole>(bytes + this->byte_first);
     if constexpr (std::is_same_v<M, bool>) {
       return raw;
     } else if constexpr (std::is_integral_v<M>) {
@@ -47,22 +67,23 @@ class SignalX final : public SignalM<M> {
     }
   }
 
-  void convert(Lib::VariableExt<M>& variable, const Lib::StampExt& stamp,
-               const unsigned char* bytes) const override {
-    variable.set(SignalX::convert(bytes), stamp);
-  }
-
-  void decode(Values& values, const Lib::StampExt& stamp,
-              const unsigned char* bytes) const override {
-    SignalX::convert(values.all<M>()[this->get_slot()], stamp, bytes);
-  }
-
- private:
-  [[nodiscard]] B read(const unsigned char* p) const {
-    if constexpr (!std::is_same_v<B, bool>) {
-      if (this->whole) return extract_whole<B>(p);
+  template <bool kWhole>
+  static void decode_run(SignalRun run, Values::Row<M>& variables, const Lib::StampExt& stamp,
+                         const unsigned char* bytes) {
+    const Lib::StampExt time = stamp;  // a copy, which no variable can be
+    for (const Signal* signal : run) {
+      const auto& typed = static_cast<const SignalX&>(*signal);
+      variables[typed.get_slot()].set(typed.template value<kWhole>(bytes), time);
     }
-    return extract<B>(p, this->shift_left, this->shift_right);
+  }
+
+  template <bool kWhole>
+  [[nodiscard]] B read(const unsigned char* p) const {
+    if constexpr (kWhole && !std::is_same_v<B, bool>) {
+      return extract_whole<B>(p);
+    } else {
+      return extract<B>(p, this->shift_left, this->shift_right);
+    }
   }
 };
 
