@@ -64,7 +64,8 @@ struct SignalRange {
   [[nodiscard]] bool is_whole() const { return bit_shift == 0 && bit_top == type_bits; }
 };
 
-class Signal {
+// Aligned so that all that decoding reads, scaling and all, stands in one cache line.
+class alignas(64) Signal {
  public:
   // `basic` as RecursiveSignals::get_basic() gives it.
   explicit Signal(const SignalBasic& basic);
@@ -122,7 +123,7 @@ class Signal {
   std::uint32_t slot = 0;
 
  protected:
-  // All that decoding reads stands here and in the scaling behind it, in one cache line.
+  // Read for every packet, like the slot, and the scaling behind the details.
   std::uint32_t byte_first;
   std::uint32_t shift_left;
   std::uint32_t shift_right;
