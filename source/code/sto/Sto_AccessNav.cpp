@@ -38,13 +38,6 @@ InfoNode info(const L& line, const std::string& prefix) {
 }
 
 // Adds a line's row, if `family` has it.
-template <Lib::ElementType T>
-void add_row(AccessNav& table, Family family, const MainLine<T>& line) {
-  using Row = AccessNav::Pointer<Lib::VariableExt<T>>;
-  if (!Nav::carries(line.families, family)) return;
-  table.add(Row(line.text, line.value, line.on, line.off, info(line, "")), 0);
-}
-
 template <Lib::ElementType T, class Data, class Key>
 void add_row(AccessNav& table, Family family, const Line<T, Data, Key>& line,
              const std::string& prefix, int instance) {
@@ -65,7 +58,7 @@ void add_main(AccessNav& table, Family family) {
                                          &Nav::ComData::Var##name,            \
                                          &Nav::ComKey::KeyMain::Let_##key,    \
                                          &Nav::ComKey::KeyMain::Bar_##key};   \
-    add_row(table, family, line);                                             \
+    add_row(table, family, line, "", 0);                                      \
   }
 #include "nav/Nav_ComData.def"
 }

@@ -6,83 +6,48 @@
 // front: GpsInt1_, GpsExt1_, GpsInt2_, MeasPt1_ to MeasPt8_.
 #pragma once
 
-#include <string>
-#include <utility>
+#include <type_traits>
 #include <variant>
 
 #include "nav/Nav_ComData.h"
 #include "nav/Nav_ComKey.h"
-#include "sto/Sto_Access.h"
+#include "sto/Sto_AccessKeyed.h"
 
 namespace Trel::Sto {
 
-template <class K>
-class AccessNavRow : public AccessRow<K> {
- public:
-  using Variable = typename K::variable_type;
-  using Text = ValueText<typename K::value_type>;
-  // How a row reads a record, and how it asks for its group or takes that back.
-  template <class Data>
-  using Fetch = const Variable& (Data::*)() const;
+// The records of navigation data: the main one, one for each receiver and one for each measure
+// point.
+struct NavRecords {
+  using Data = Nav::ComData;
+  using Keys = Nav::ComKey;
+  template <class K>
+  using Sources = std::variant<KeyedSource<K, Nav::ComData, Nav::ComKey::KeyMain>,
+                               KeyedSource<K, Nav::ComDataGps, Nav::ComKey::KeyGps>,
+                               KeyedSource<K, Nav::ComDataMeasurePt, Nav::ComKey::KeyMeasurePt>>;
+  static constexpr bool kHasArrays = false;
+
+  template <class Record>
+  [[nodiscard]] static const Record& record(const Data& data, unsigned int index) {
+    if constexpr (std::is_same_v<Record, Nav::ComDataGps>)
+      return data.DGps(index);
+    else if constexpr (std::is_same_v<Record, Nav::ComDataMeasurePt>)
+      return data.DMeasurePt(index);
+    else
+      return data;
+  }
   template <class Key>
-  using Switch = void (Key::*)();
-
-  AccessNavRow(Text text, Fetch<Nav::ComData> value, Switch<Nav::ComKey::KeyMain> on,
-               Switch<Nav::ComKey::KeyMain> off, InfoNode info)
-      : AccessRow<K>(std::move(info), text), source_(Main{value, on, off}) {}
-  // `instance` is the index of the receiver, as ComData::DGps and ComKey::KGps take it.
-  AccessNavRow(Text text, int instance, Fetch<Nav::ComDataGps> value,
-               Switch<Nav::ComKey::KeyGps> on, Switch<Nav::ComKey::KeyGps> off, InfoNode info)
-      : AccessRow<K>(std::move(info), text),
-        source_(Gps{value, on, off}),
-        instance_(static_cast<unsigned int>(instance)) {}
-  // `instance` is the index of the measure point.
-  AccessNavRow(Text text, int instance, Fetch<Nav::ComDataMeasurePt> value,
-               Switch<Nav::ComKey::KeyMeasurePt> on, Switch<Nav::ComKey::KeyMeasurePt> off,
-               InfoNode info)
-      : AccessRow<K>(std::move(info), text),
-        source_(Point{value, on, off}),
-        instance_(static_cast<unsigned int>(instance)) {}
-
-  [[nodiscard]] const Variable& fetch(const Nav::ComData& data) const requires(!K::kIsArray) {
-    if (const Main* main = std::get_if<Main>(&source_)) return (data.*main->value)();
-    if (const Gps* gps = std::get_if<Gps>(&source_)) return (data.DGps(instance_).*gps->value)();
-    return (data.DMeasurePt(instance_).*std::get<Point>(source_).value)();
+  [[nodiscard]] static Key& key(Keys& keys, unsigned int index) {
+    if constexpr (std::is_same_v<Key, Nav::ComKey::KeyGps>)
+      return keys.KGps(index);
+    else if constexpr (std::is_same_v<Key, Nav::ComKey::KeyMeasurePt>)
+      return keys.KMeasurePt(index);
+    else
+      return keys.KMain();
   }
-
-  // Turns the row's group on, or off.
-  void let(Nav::ComKey& key) const requires(!K::kIsArray) {
-    turn(key, [](const auto& source) { return source.on; });
-  }
-  void bar(Nav::ComKey& key) const requires(!K::kIsArray) {
-    turn(key, [](const auto& source) { return source.off; });
-  }
-
- private:
-  template <class Data, class Key>
-  struct Source {
-    Fetch<Data> value;
-    Switch<Key> on;
-    Switch<Key> off;
-  };
-  using Main = Source<Nav::ComData, Nav::ComKey::KeyMain>;
-  using Gps = Source<Nav::ComDataGps, Nav::ComKey::KeyGps>;
-  using Point = Source<Nav::ComDataMeasurePt, Nav::ComKey::KeyMeasurePt>;
-
-  template <class Choose>
-  void turn(Nav::ComKey& key, Choose choose) const {
-    if (const Main* main = std::get_if<Main>(&source_)) {
-      (key.KMain().*choose(*main))();
-    } else if (const Gps* gps = std::get_if<Gps>(&source_)) {
-      (key.KGps(instance_).*choose(*gps))();
-    } else {
-      (key.KMeasurePt(instance_).*choose(std::get<Point>(source_)))();
-    }
-  }
-
-  std::variant<Main, Gps, Point> source_;
-  unsigned int instance_ = 0;
 };
+
+template <class K>
+using AccessNavRow = AccessKeyedRow<K, NavRecords>;
 
 // What both tables share: the rows of the values that `family` carries.
 class AccessNav : public AccessTable<AccessNavRow> {

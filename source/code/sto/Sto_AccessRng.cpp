@@ -34,13 +34,8 @@ InfoNode info(const L& line, const std::string& prefix) {
                             line.resolution, 0, 0, 0, 0));
 }
 
-template <class K>
-void add_row(AccessRCom& table, const MainLine<K>& line) {
-  table.add(AccessRngRow<K>(line.text, line.value, line.on, line.off, info(line, "")), 0);
-}
-
-template <class K>
-void add_row(AccessRCom& table, const TargetLine<K>& line, const std::string& prefix,
+template <class K, class Data, class Key>
+void add_row(AccessRCom& table, const Line<K, Data, Key>& line, const std::string& prefix,
              int instance) {
   table.add(AccessRngRow<K>(line.text, instance, line.value, line.on, line.off, info(line, prefix)),
             0);
@@ -62,13 +57,13 @@ void add_main(AccessRCom& table) {
   {                                                                                      \
     LINE(MainLine, Var_t, DataMain, KeyMain, name, type, 1, key, unit, resolution, text, \
          description)                                                                    \
-    add_row(table, line);                                                                \
+    add_row(table, line, "", 0);                                                         \
   }
 #define ARRAY(name, type, count, key, unit, resolution, text, description)                   \
   {                                                                                          \
     LINE(MainLine, Arr_t, DataMain, KeyMain, name, type, count, key, unit, resolution, text, \
          description)                                                                        \
-    add_row(table, line);                                                                    \
+    add_row(table, line, "", 0);                                                             \
   }
 #include "rng/Rng_ComDataMain.def"
 }

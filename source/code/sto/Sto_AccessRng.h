@@ -6,71 +6,42 @@
 // in front: Target1_ to Target4_.
 #pragma once
 
-#include <utility>
+#include <type_traits>
 #include <variant>
 
 #include "rng/Rng_ComData.h"
 #include "rng/Rng_ComKey.h"
-#include "sto/Sto_Access.h"
+#include "sto/Sto_AccessKeyed.h"
 
 namespace Trel::Sto {
 
-template <class K>
-class AccessRngRow : public AccessRow<K> {
- public:
-  using Variable = typename K::variable_type;
-  using Text = ValueText<typename K::value_type>;
-  // How a row reads a record, and how it asks for its group or takes that back.
-  template <class Data>
-  using Fetch = const Variable& (Data::*)() const;
+// The records of range data: the main one, and one for each target.
+struct RngRecords {
+  using Data = Rng::ComData;
+  using Keys = Rng::ComKey;
+  template <class K>
+  using Sources = std::variant<KeyedSource<K, Rng::DataMain, Rng::ComKey::KeyMain>,
+                               KeyedSource<K, Rng::DataTarget, Rng::ComKey::KeyTarget>>;
+  static constexpr bool kHasArrays = true;
+
+  template <class Record>
+  [[nodiscard]] static const Record& record(const Data& data, unsigned int index) {
+    if constexpr (std::is_same_v<Record, Rng::DataTarget>)
+      return data.DTarget(index);
+    else
+      return data.DMain();
+  }
   template <class Key>
-  using Switch = void (Key::*)();
-
-  AccessRngRow(Text text, Fetch<Rng::DataMain> value, Switch<Rng::ComKey::KeyMain> on,
-               Switch<Rng::ComKey::KeyMain> off, InfoNode info)
-      : AccessRow<K>(std::move(info), text), source_(Main{value, on, off}) {}
-  // `instance` is the index of the target.
-  AccessRngRow(Text text, int instance, Fetch<Rng::DataTarget> value,
-               Switch<Rng::ComKey::KeyTarget> on, Switch<Rng::ComKey::KeyTarget> off, InfoNode info)
-      : AccessRow<K>(std::move(info), text),
-        source_(Target{value, on, off}),
-        instance_(static_cast<unsigned int>(instance)) {}
-
-  [[nodiscard]] const Variable& fetch(const Rng::ComData& data) const {
-    if (const Main* main = std::get_if<Main>(&source_)) return (data.DMain().*main->value)();
-    return (data.DTarget(instance_).*std::get<Target>(source_).value)();
+  [[nodiscard]] static Key& key(Keys& keys, unsigned int index) {
+    if constexpr (std::is_same_v<Key, Rng::ComKey::KeyTarget>)
+      return keys.KTarget(index);
+    else
+      return keys.KMain();
   }
-
-  // Turns the row's group on, or off.
-  void let(Rng::ComKey& key) const {
-    turn(key, [](const auto& source) { return source.on; });
-  }
-  void bar(Rng::ComKey& key) const {
-    turn(key, [](const auto& source) { return source.off; });
-  }
-
- private:
-  template <class Data, class Key>
-  struct Source {
-    Fetch<Data> value;
-    Switch<Key> on;
-    Switch<Key> off;
-  };
-  using Main = Source<Rng::DataMain, Rng::ComKey::KeyMain>;
-  using Target = Source<Rng::DataTarget, Rng::ComKey::KeyTarget>;
-
-  template <class Choose>
-  void turn(Rng::ComKey& key, Choose choose) const {
-    if (const Main* main = std::get_if<Main>(&source_)) {
-      (key.KMain().*choose(*main))();
-    } else {
-      (key.KTarget(instance_).*choose(std::get<Target>(source_)))();
-    }
-  }
-
-  std::variant<Main, Target> source_;
-  unsigned int instance_ = 0;
 };
+
+template <class K>
+using AccessRngRow = AccessKeyedRow<K, RngRecords>;
 
 class AccessRCom : public AccessTable<AccessRngRow> {
  public:
