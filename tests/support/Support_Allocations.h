@@ -1,7 +1,7 @@
 // Counts what a program allocates.
 //
 // A test program that links trel_allocations has all its memory from an allocator that counts, and
-// one test more, which shows that it does. What C libraries allocate for themselves is not counted.
+// two tests more, which show that it does. What C libraries allocate for themselves is not counted.
 #pragma once
 
 namespace Trel::Support {
