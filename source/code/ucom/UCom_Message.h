@@ -29,13 +29,14 @@ class SignalList {
   void connect(Message& message, const std::map<sid_t, std::unique_ptr<Signal>>& signals);
 
   // Sorts the connected signals into runs for decoding, in which `time` is the sid of the time
-  // signal; it need not be listed. Further calls change nothing.
+  // signal; it need not be listed. Each signal sets a variable of its own, so all that matters of
+  // their order is on which side of the time they stand. Further calls change nothing.
   void arrange(sid_t time);
 
   // Null pointers until the list is connected.
   [[nodiscard]] const std::map<sid_t, Signal*>& get_signals() const { return signals_; }
-  // The runs up to the time signal, which is the last and a run of its own, and those of the
-  // signals behind it. Where it is not listed all are behind it. None before arrange().
+  // The runs of the signals up to the time signal, and of those behind it: none and all where it is
+  // not listed. None of either before arrange().
   [[nodiscard]] const std::vector<SignalRun>& get_runs_to_time() const { return runs_to_time_; }
   [[nodiscard]] const std::vector<SignalRun>& get_runs_behind_time() const {
     return runs_behind_time_;
